@@ -1,0 +1,12 @@
+// Public access to the thread's locale.
+#include "crvlib/locale.h"
+
+#include "core/thread_state.h"
+
+namespace crvlib {
+
+void SetThreadLocale(std::string_view name) { internal::PinThreadLocale(name); }
+
+std::string ThreadLocale() { return internal::State().locale.name; }
+
+}  // namespace crvlib

@@ -1,0 +1,14 @@
+// crvlib, the Corvane Tessel 2005 Global Procedure Library: string routines
+// built around the dynamic string array of multi-value databases.
+#ifndef CRVLIB_CRVLIB_H_
+#define CRVLIB_CRVLIB_H_
+
+#include "crvlib/constants.h"
+#include "crvlib/dynamic_string.h"
+#include "crvlib/enums.h"
+#include "crvlib/error.h"
+#include "crvlib/locale.h"
+#include "crvlib/string.h"
+#include "crvlib/variant.h"
+
+#endif  // CRVLIB_CRVLIB_H_

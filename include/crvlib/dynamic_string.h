@@ -1,0 +1,130 @@
+// DynamicString: a string that is edited in place in a gap buffer and that
+// hands out live child views onto parts of itself.
+//
+// A DynamicString value is a reference to an object, as an automation object
+// reference is: copies refer to the same object, and an object lives while any
+// reference to it (or to one of its views) does. A new DynamicString is an
+// empty root. SubString and SubStringB make child views that share the root's
+// text; an edit through any view is seen by all of them, views after the edit
+// move with it, and views the edit cut into become invalid (every member but
+// reading Value, SetBinary, MatchB, MatchElement and Clone then raises
+// kObjectErrorBase + 1701).
+//
+// Character members count in characters; "B" members count in bytes of the
+// UTF-16 text (two per character). All positions are 0-based. While the
+// family's Binary flag is set (an odd byte offset or count was used), the
+// character members Start, Length, SubString, Extract, Insert, Delete,
+// Replace, Find and Match raise error 6.
+//
+//   DynamicString d;
+//   d.SetValue(u"Hello World");
+//   DynamicString w = d.SubString(6, 5);    // w.Value() == u"World"
+//   d.Insert(u"Big ", 6);                   // w.Value() == u"World", w.Start() == 10
+//   d.Find(u"World")                         == 10
+#ifndef CRVLIB_DYNAMIC_STRING_H_
+#define CRVLIB_DYNAMIC_STRING_H_
+
+#include <cstdint>
+#include <memory>
+
+#include "crvlib/enums.h"
+#include "crvlib/string.h"
+
+namespace crvlib {
+
+namespace internal {
+class DynamicStringImpl;
+}
+
+class DynamicString {
+ public:
+  // The largest character length whose byte length still fits a Long, and
+  // the byte-length default.
+  static constexpr int32_t kMaxLength = 1073741822;
+  static constexpr int32_t kMaxLengthB = 2147483646;
+
+  // A new, empty root object.
+  DynamicString();
+
+  // True for a reference to no object (Nothing), as Parent() of a root.
+  bool IsNothing() const { return impl_ == nullptr; }
+  // True when both refer to the same object.
+  bool Is(const DynamicString& other) const { return impl_ == other.impl_; }
+
+  // The text of this view (the default member). Setting it replaces the
+  // view's whole range in the shared text.
+  String Value() const;
+  void SetValue(const String& NewValue);
+
+  int32_t Start() const;   // StartB() / 2
+  int32_t StartB() const;  // byte offset inside the parent view (0 for a root)
+  int32_t Length() const;  // LengthB() / 2
+  int32_t LengthB() const;
+
+  // The family's byte-mode flag. Setting False while an odd offset is
+  // recorded raises error 380.
+  bool Binary() const;
+  void SetBinary(bool Value);
+
+  // The parent view; Nothing for a root.
+  DynamicString Parent() const;
+
+  // A new child view of `Length` characters (bytes) from `Start`; a negative
+  // Start or Length raises error 5, larger ones are clamped.
+  DynamicString SubString(int32_t Start, int32_t Length);
+  DynamicString SubStringB(int32_t Start, int32_t Length);
+
+  // A copy of part of the text.
+  String Extract(int32_t Start = 0, int32_t Length = kMaxLength) const;
+  String ExtractB(int32_t Start = 0, int32_t Length = kMaxLengthB) const;
+
+  void Append(const String& NewValue);
+  void Prefix(const String& NewValue);
+  void Insert(const String& NewValue, int32_t Start = 0);
+  void InsertB(const String& NewValue, int32_t Start = 0);
+  void Delete(int32_t Start, int32_t Length);
+  void DeleteB(int32_t Start, int32_t Length);
+  void Replace(const String& NewValue, int32_t Start = 0, int32_t Length = kMaxLength);
+  void ReplaceB(const String& NewValue, int32_t Start = 0, int32_t Length = kMaxLengthB);
+
+  // The first occurrence of FindValue in the range, or -1. The result counts
+  // from the start of the whole family's text (the root), not from this view.
+  int32_t Find(const String& FindValue, int32_t Start = 0, int32_t Length = kMaxLength,
+               vxCaseEnum CaseType = vxCaseSensitive) const;
+  int32_t FindB(const String& FindValue, int32_t Start = 0, int32_t Length = kMaxLengthB,
+                vxCaseEnum CaseType = vxCaseSensitive) const;
+
+  // Regular-expression search is not offered by this class: always -1.
+  int32_t Match(const String& Pattern, int32_t Start = 0, int32_t Length = kMaxLength,
+                vxMatchOptionsEnum Options = vxNoOptionsSet) const;
+  int32_t MatchB(const String& Pattern, int32_t Start = 0, int32_t Length = kMaxLengthB,
+                 vxMatchOptionsEnum Options = vxNoOptionsSet) const;
+
+  // Replaces every occurrence of OldValue, left to right; replaced text is
+  // not searched again. Returns this object.
+  //   "aaa".ChangeAll("a", "aa") -> "aaaaaa"
+  DynamicString ChangeAll(const String& OldValue, const String& NewValue,
+                          vxCaseEnum CaseType = vxCaseSensitive);
+
+  // Compares Value with CompareValue: -1, 0 or 1. The two options are passed
+  // on crosswise, deliberately: CaseType selects the numeric comparison of
+  // right justification and Justification the case mode, so with the
+  // defaults "10" vs "9" is 1 (numeric) and "abc" vs "ABC" is 0 (text).
+  int16_t Compare(const String& CompareValue, vxCaseEnum CaseType = vxCaseSensitive,
+                  vxJustificationEnum Justification = vxLeftJustify) const;
+
+  // A new, separate root holding a copy of Value.
+  DynamicString Clone() const;
+
+  // Library-internal access to the object.
+  internal::DynamicStringImpl& impl() const;
+  explicit DynamicString(std::shared_ptr<internal::DynamicStringImpl> impl)
+      : impl_(std::move(impl)) {}
+
+ private:
+  std::shared_ptr<internal::DynamicStringImpl> impl_;
+};
+
+}  // namespace crvlib
+
+#endif  // CRVLIB_DYNAMIC_STRING_H_

@@ -1,0 +1,24 @@
+// The locale a thread's conversions, comparisons and messages follow. By
+// default it is the user's locale (LC_ALL, LC_TIME or LANG; unset, "C" and
+// "POSIX" mean en-US). A program may pin another one for the calling thread.
+//
+//   crvlib::SetThreadLocale("de-DE");
+//   crvlib::ThreadLocale() == "de-DE"
+#ifndef CRVLIB_LOCALE_H_
+#define CRVLIB_LOCALE_H_
+
+#include <string>
+#include <string_view>
+
+namespace crvlib {
+
+// Loads the settings of `name` (a BCP 47 tag such as "de-DE", or a POSIX name
+// such as "de_DE.UTF-8") for the calling thread. Unknown names give en-US.
+void SetThreadLocale(std::string_view name);
+
+// The BCP 47 tag of the calling thread's locale.
+std::string ThreadLocale();
+
+}  // namespace crvlib
+
+#endif  // CRVLIB_LOCALE_H_

@@ -1,0 +1,16 @@
+// Text comparison in the thread locale's collation order, ignoring case but
+// not accents (the ICU collator at secondary strength, which is what the
+// runtime's case-insensitive comparison is on Windows).
+#ifndef CRVLIB_PLATFORM_COLLATION_H_
+#define CRVLIB_PLATFORM_COLLATION_H_
+
+#include <string_view>
+
+namespace crvlib::platform {
+
+// -1, 0 or 1.
+int TextCompare(std::u16string_view a, std::u16string_view b);
+
+}  // namespace crvlib::platform
+
+#endif  // CRVLIB_PLATFORM_COLLATION_H_
