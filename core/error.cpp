@@ -20,8 +20,8 @@ void Error::SetSource(String source) {
 }
 
 void Error::Render() {
-  what_ = "error " + std::to_string(number_) + " (" + source_.ToUtf8() +
-          "): " + description_.ToUtf8();
+  what_ =
+      "error " + std::to_string(number_) + " (" + source_.ToUtf8() + "): " + description_.ToUtf8();
 }
 
 namespace internal {

@@ -5,8 +5,12 @@
 
 namespace crvlib {
 
-void SetThreadLocale(std::string_view name) { internal::PinThreadLocale(name); }
+void SetThreadLocale(std::string_view name) {
+  internal::PinThreadLocale(name);
+}
 
-std::string ThreadLocale() { return internal::State().locale.name; }
+std::string ThreadLocale() {
+  return internal::State().locale.name;
+}
 
 }  // namespace crvlib

@@ -43,9 +43,9 @@ struct LocaleSettings {
   String long_date_pattern = u"dddd, MMMM d, yyyy";
   String time_pattern = u"h:mm:ss tt";
 
-  std::array<String, 12> month_names = {u"January", u"February", u"March",     u"April",
-                                        u"May",     u"June",     u"July",      u"August",
-                                        u"September", u"October", u"November", u"December"};
+  std::array<String, 12> month_names = {u"January",   u"February", u"March",    u"April",
+                                        u"May",       u"June",     u"July",     u"August",
+                                        u"September", u"October",  u"November", u"December"};
   std::array<String, 12> month_abbreviations = {u"Jan", u"Feb", u"Mar", u"Apr", u"May", u"Jun",
                                                 u"Jul", u"Aug", u"Sep", u"Oct", u"Nov", u"Dec"};
   // Sunday first.
@@ -55,12 +55,12 @@ struct LocaleSettings {
                                              u"Thu", u"Fri", u"Sat"};
 
   // Number and currency layout, as the Windows locale items of the same names.
-  int32_t digits = 2;                   // LOCALE_IDIGITS
-  int32_t leading_zero = 1;             // LOCALE_ILZERO
-  int32_t negative_number = 1;          // LOCALE_INEGNUMBER: 1 is "-1.1"
-  int32_t currency_digits = 2;          // LOCALE_ICURRDIGITS
-  int32_t currency_positive = 0;        // LOCALE_ICURRENCY: 0 is "$1.1"
-  int32_t currency_negative = 0;        // LOCALE_INEGCURR: 0 is "($1.1)"
+  int32_t digits = 2;             // LOCALE_IDIGITS
+  int32_t leading_zero = 1;       // LOCALE_ILZERO
+  int32_t negative_number = 1;    // LOCALE_INEGNUMBER: 1 is "-1.1"
+  int32_t currency_digits = 2;    // LOCALE_ICURRDIGITS
+  int32_t currency_positive = 0;  // LOCALE_ICURRENCY: 0 is "$1.1"
+  int32_t currency_negative = 0;  // LOCALE_INEGCURR: 0 is "($1.1)"
   String monetary_thousands_separator = u",";
   String monetary_decimal_separator = u".";
 

@@ -15,8 +15,9 @@ struct Message {
 
 constexpr Message kEnglish[] = {
     {1003, u"Invalid entry."},
-    {1009, u"Invalid hex string.%1Each character must be written as ^H followed by its code in "
-           u"hexadecimal."},
+    {1009,
+     u"Invalid hex string.%1Each character must be written as ^H followed by its code in "
+     u"hexadecimal."},
     {1611, u"Invalid conversion code: "},
     {1701, u"Invalid DynamicString: an edit has cut into the range of this view."},
     // Number words for NumToWords.

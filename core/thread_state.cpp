@@ -41,6 +41,8 @@ ThreadState& State() {
   return *state;
 }
 
-void PinThreadLocale(std::string_view locale_name) { Load(State(), locale_name); }
+void PinThreadLocale(std::string_view locale_name) {
+  Load(State(), locale_name);
+}
 
 }  // namespace crvlib::internal

@@ -11,6 +11,10 @@ namespace crvlib::platform {
 // -1, 0 or 1.
 int TextCompare(std::u16string_view a, std::u16string_view b);
 
+// The simple case fold of one code unit (ICU's default folding), for
+// case-insensitive searches that match code unit by code unit.
+char16_t FoldCase(char16_t c);
+
 }  // namespace crvlib::platform
 
 #endif  // CRVLIB_PLATFORM_COLLATION_H_

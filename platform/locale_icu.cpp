@@ -47,6 +47,8 @@ internal::LocaleSettings LoadLocaleSettings(std::string_view locale_name) {
   return s;
 }
 
-bool IsNtFamily() { return true; }
+bool IsNtFamily() {
+  return true;
+}
 
 }  // namespace crvlib::platform

@@ -35,6 +35,12 @@ int16_t Asc(std::u16string_view s) {
   return AnsiCode(s[0]);
 }
 
+String StrConvUnicode(const String& s) {
+  std::u16string out(static_cast<size_t>(s.LenB()), u'\0');
+  for (size_t i = 0; i < out.size(); ++i) out[i] = Chr(s.bytes()[i]);
+  return String(std::move(out));
+}
+
 std::string ToAnsi(std::u16string_view text) {
   std::string out(text.size(), '\0');
   for (size_t i = 0; i < text.size(); ++i) out[i] = static_cast<char>(AnsiCode(text[i]));

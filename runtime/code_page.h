@@ -27,6 +27,11 @@ uint8_t AnsiCode(char16_t c);
 // Asc: the code of the first character of `s`; error 5 for an empty string.
 int16_t Asc(std::u16string_view s);
 
+// StrConv(s, vbUnicode): every byte of `s` widened to the character of that
+// code through the code page ("AB" as bytes 41 00 42 00 gives four
+// characters "A", NUL, "B", NUL).
+String StrConvUnicode(const String& s);
+
 // Whole-string conversions through the code page.
 std::string ToAnsi(std::u16string_view text);
 std::u16string FromAnsi(std::string_view bytes);

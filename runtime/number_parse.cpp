@@ -22,7 +22,9 @@
 namespace crvlib::internal {
 namespace {
 
-bool IsBlank(char16_t c) { return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n'; }
+bool IsBlank(char16_t c) {
+  return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n';
+}
 
 bool StartsWith(std::u16string_view s, size_t i, const String& token) {
   std::u16string_view t = token.view();
@@ -77,8 +79,8 @@ ParseStatus TryParseDouble(std::u16string_view text, const LocaleSettings& local
   double value = 0;
   bool any_digit = false;
 
-  if (i + 1 < s.size() && s[i] == u'&' && (s[i + 1] == u'H' || s[i + 1] == u'h' ||
-                                           s[i + 1] == u'O' || s[i + 1] == u'o')) {
+  if (i + 1 < s.size() && s[i] == u'&' &&
+      (s[i + 1] == u'H' || s[i + 1] == u'h' || s[i + 1] == u'O' || s[i + 1] == u'o')) {
     // &H / &O integers: up to 32 bits; 16-bit-looking literals keep their
     // unsigned value here (CDbl("&HFFFF") is 65535 only through CLng rules;
     // the literal value is sign-extended from its natural width).

@@ -32,7 +32,7 @@ class String {
   static constexpr int32_t kMaxBytes = 0x7FFFFFFE;
 
   String() = default;
-  String(const char16_t* text) : units_(text) {}  // NOLINT: implicit by design
+  String(const char16_t* text) : units_(text) {}            // NOLINT: implicit by design
   String(std::u16string text) : units_(std::move(text)) {}  // NOLINT
   String(std::u16string_view text) : units_(text) {}        // NOLINT
 
@@ -69,7 +69,9 @@ class String {
   friend bool operator==(const String& a, const String& b) {
     return a.odd_ == b.odd_ && a.units_ == b.units_;
   }
-  friend bool operator==(const String& a, std::u16string_view b) { return !a.odd_ && a.units_ == b; }
+  friend bool operator==(const String& a, std::u16string_view b) {
+    return !a.odd_ && a.units_ == b;
+  }
   friend bool operator==(const String& a, const char16_t* b) { return a == std::u16string_view(b); }
 
  private:

@@ -54,16 +54,16 @@ inline constexpr NullValue kNull{};
 
 class Variant {
  public:
-  Variant() = default;  // Empty
-  Variant(NullValue) : value_(kNull) {}                    // NOLINT
-  Variant(bool b) : value_(b) {}                           // NOLINT
-  Variant(int16_t i) : value_(i) {}                        // NOLINT
-  Variant(int32_t l) : value_(l) {}                        // NOLINT
-  Variant(double d) : value_(d) {}                         // NOLINT
-  Variant(Currency c) : value_(c) {}                       // NOLINT
-  Variant(Date d) : value_(d) {}                           // NOLINT
-  Variant(String s) : value_(std::move(s)) {}              // NOLINT
-  Variant(const char16_t* s) : value_(String(s)) {}        // NOLINT
+  Variant() = default;                               // Empty
+  Variant(NullValue) : value_(kNull) {}              // NOLINT
+  Variant(bool b) : value_(b) {}                     // NOLINT
+  Variant(int16_t i) : value_(i) {}                  // NOLINT
+  Variant(int32_t l) : value_(l) {}                  // NOLINT
+  Variant(double d) : value_(d) {}                   // NOLINT
+  Variant(Currency c) : value_(c) {}                 // NOLINT
+  Variant(Date d) : value_(d) {}                     // NOLINT
+  Variant(String s) : value_(std::move(s)) {}        // NOLINT
+  Variant(const char16_t* s) : value_(String(s)) {}  // NOLINT
 
   VarType Type() const { return kTypes[value_.index()]; }
   bool IsEmpty() const { return Type() == VarType::kEmpty; }
@@ -86,9 +86,9 @@ class Variant {
   };
   using Storage =
       std::variant<EmptyValue, NullValue, bool, int16_t, int32_t, double, Currency, Date, String>;
-  static constexpr VarType kTypes[] = {VarType::kEmpty,  VarType::kNull,     VarType::kBoolean,
-                                       VarType::kInteger, VarType::kLong,    VarType::kDouble,
-                                       VarType::kCurrency, VarType::kDate,   VarType::kString};
+  static constexpr VarType kTypes[] = {VarType::kEmpty,    VarType::kNull, VarType::kBoolean,
+                                       VarType::kInteger,  VarType::kLong, VarType::kDouble,
+                                       VarType::kCurrency, VarType::kDate, VarType::kString};
   Storage value_;
 };
 

@@ -11,7 +11,8 @@ namespace {
 
 TEST(ErrorFrame, TrapReplacesSourceKeepsNumberAndDescription) {
   try {
-    Trap(u"CRVLIB.Functions::Pause", [] { Raise(kInvalidProcedureCall, u"CRVLIB.DynamicString::Scan"); });
+    Trap(u"CRVLIB.Functions::Pause",
+         [] { Raise(kInvalidProcedureCall, u"CRVLIB.DynamicString::Scan"); });
     FAIL();
   } catch (const Error& e) {
     EXPECT_EQ(e.Number(), 5);
