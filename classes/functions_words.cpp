@@ -83,7 +83,7 @@ String Functions::NumToWords(Currency Amount) {
     if (Amount.scaled < 0) internal::Raise(internal::kInvalidProcedureCall);
     // Ten-thousandths to cents, half away from zero. The largest Currency
     // value ends in .5807, so rounding never carries past the range.
-    const int64_t cents_total = (Amount.scaled + 50) / 100;
+    const int64_t cents_total = Amount.scaled / 100 + (Amount.scaled % 100 >= 50 ? 1 : 0);
     int64_t whole = cents_total / 100;
     const int32_t cents = static_cast<int32_t>(cents_total % 100);
 
