@@ -1,20 +1,17 @@
 // Shared memory sections: names, sharing and lifetime across processes.
 #include "platform/shared_memory.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
-
 #include <cstring>
 #include <filesystem>
 #include <string>
 #include <vector>
-
-#include "crvlib/error.h"
 
 namespace crvlib::platform {
 namespace {
@@ -24,8 +21,8 @@ std::u16string UniqueName(const char* tag) {
   return std::u16string(name.begin(), name.end());
 }
 
-bool Exists(std::u16string_view name) {
-  return std::filesystem::exists("/dev/shm" + SharedMemory::SystemName(name));
+std::string FileOf(std::u16string_view name) {
+  return "/dev/shm" + SharedMemory::SystemName(name);
 }
 
 TEST(SharedMemory, SystemNamesAreValidAndDistinct) {
@@ -34,15 +31,9 @@ TEST(SharedMemory, SystemNamesAreValidAndDistinct) {
     const char* want;
   };
   constexpr Case kCases[] = {
-      {u"orders", "/crvlib-orders"},
-      {u"Local\\a b", "/crvlib-Local\\a b"},
-      {u"a/b", "/crvlib-a%2Fb"},
-      {u"50%", "/crvlib-50%25"},
-      {u"\u00E9", "/crvlib-%C3%A9"},
-      {u"\t\x7F", "/crvlib-%09%7F"},
-      {u"\U0001F600", "/crvlib-%F0%9F%98%80"},
-      {u"\xD800", "/crvlib-%ED%A0%80"},  // a lone surrogate keeps its own bytes
-      {std::u16string_view(u"a\0", 2), "/crvlib-a%00"},
+      {u"Local\\a b", "/crvlib-Local\\a b"},     {u"a/b%", "/crvlib-a%2Fb%25"},
+      {u"\u00E9\t\x7F", "/crvlib-%C3%A9%09%7F"}, {u"\U0001F600", "/crvlib-%F0%9F%98%80"},
+      {u"\xD800", "/crvlib-%ED%A0%80"},  // a lone surrogate keeps bytes of its own
   };
   for (const Case& c : kCases) {
     SCOPED_TRACE(c.want);
@@ -50,74 +41,37 @@ TEST(SharedMemory, SystemNamesAreValidAndDistinct) {
   }
 }
 
-TEST(SharedMemory, ATooLongNameRaisesTheSystemError) {
-  try {
-    SharedMemory::Open(std::u16string(300, u'x'), 16);
-    FAIL();
-  } catch (const Error& e) {
-    // glibc refuses the name itself (EINVAL); other C libraries leave it to
-    // the file system (ENAMETOOLONG).
-    EXPECT_TRUE(e.Number() == EINVAL || e.Number() == ENAMETOOLONG) << e.Number();
-    EXPECT_EQ(e.Description().ToUtf8(), std::strerror(e.Number()));
-  }
-}
-
-TEST(SharedMemory, UsersShareGrowAndTheLastOneRemovesIt) {
+TEST(SharedMemory, UsersShareAndGrowItAndTheLastOneRemovesIt) {
   const std::u16string name = UniqueName("share");
   SharedMemory::Opened a = SharedMemory::Open(name, 8);
   EXPECT_FALSE(a.existed);
-  EXPECT_GE(a.memory->size(), 8);
   std::memcpy(a.memory->data(), "hello", 5);
-
   SharedMemory::Opened b = SharedMemory::Open(name, 100000);
   EXPECT_TRUE(b.existed);
   EXPECT_EQ(std::memcmp(b.memory->data(), "hello", 5), 0);
   std::memcpy(b.memory->data() + 99990, "far", 3);
-  // The first user reaches what the second one grew.
-  ASSERT_TRUE(a.memory->Reach(100000));
+  ASSERT_TRUE(a.memory->Reach(100000));  // the first user reaches what the second grew
   EXPECT_EQ(std::memcmp(a.memory->data() + 99990, "far", 3), 0);
   EXPECT_FALSE(a.memory->Reach(1 << 30));
-
   a.memory.reset();
-  EXPECT_TRUE(Exists(name));
+  EXPECT_TRUE(std::filesystem::exists(FileOf(name)));
   b.memory.reset();
-  EXPECT_FALSE(Exists(name));
+  EXPECT_FALSE(std::filesystem::exists(FileOf(name)));
 }
 
-// Runs `body` in a child that stops itself with SIGKILL once the section is
-// mapped and written, as a process dies without cleaning up.
-void MapAndDie(const std::u16string& name) {
+TEST(SharedMemory, OpeningSweepsSectionsOfDeadUsers) {
+  const std::u16string name = UniqueName("dead");
   pid_t child = ::fork();
   ASSERT_GE(child, 0);
   if (child == 0) {
-    try {
-      SharedMemory::Opened opened = SharedMemory::Open(name, 64);
-      std::memcpy(opened.memory->data(), "stale", 5);
-      ::raise(SIGKILL);
-    } catch (...) {
-    }
-    ::_exit(1);
+    SharedMemory::Opened opened = SharedMemory::Open(name, 64);
+    ::raise(SIGKILL);
   }
   int status = 0;
   ASSERT_EQ(::waitpid(child, &status, 0), child);
   ASSERT_TRUE(WIFSIGNALED(status));
-}
-
-TEST(SharedMemory, AKilledLastUserLeavesNothingBehind) {
-  const std::u16string name = UniqueName("killed");
-  MapAndDie(name);
-  // Nobody maps it any more: the next user gets a new, empty section.
-  SharedMemory::Opened opened = SharedMemory::Open(name, 64);
-  EXPECT_FALSE(opened.existed);
-  EXPECT_EQ(opened.memory->data()[0], 0);
-  opened.memory.reset();
-  EXPECT_FALSE(Exists(name));
-
-  // Any other Open sweeps abandoned sections away.
-  const std::u16string other = UniqueName("killed-other");
-  MapAndDie(name);
-  SharedMemory::Opened unrelated = SharedMemory::Open(other, 8);
-  EXPECT_FALSE(Exists(name));
+  SharedMemory::Opened unrelated = SharedMemory::Open(UniqueName("sweeper"), 8);
+  EXPECT_FALSE(std::filesystem::exists(FileOf(name)));
 }
 
 // Processes open and release one name as fast as they can. Whoever holds the
@@ -126,11 +80,9 @@ TEST(SharedMemory, AKilledLastUserLeavesNothingBehind) {
 // still in use, or an opener left on a removed object, breaks this.
 TEST(SharedMemory, ChurningUsersAlwaysHoldTheNamedObject) {
   const std::u16string name = UniqueName("churn");
-  const std::string path = "/dev/shm" + SharedMemory::SystemName(name);
-  constexpr int kProcesses = 6;
-  constexpr int kRounds = 300;
+  const std::string path = FileOf(name);
   std::vector<pid_t> children;
-  for (int p = 0; p < kProcesses; ++p) {
+  for (int p = 0; p < 6; ++p) {
     pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child > 0) {
@@ -138,28 +90,23 @@ TEST(SharedMemory, ChurningUsersAlwaysHoldTheNamedObject) {
       continue;
     }
     int failures = 0;
-    try {
-      for (int round = 0; round < kRounds; ++round) {
-        SharedMemory::Opened opened = SharedMemory::Open(name, 64);
-        const int64_t token = int64_t{::getpid()} * 100000 + round;
-        std::memcpy(opened.memory->data() + p * 8, &token, 8);
-        int fd = ::open(path.c_str(), O_RDONLY);
-        int64_t seen = -1;
-        if (fd < 0 || ::pread(fd, &seen, 8, p * 8) != 8 || seen != token) ++failures;
-        if (fd >= 0) ::close(fd);
-      }
-    } catch (...) {
-      failures = 100;
+    for (int round = 0; round < 300; ++round) {
+      SharedMemory::Opened opened = SharedMemory::Open(name, 64);
+      const int64_t token = int64_t{::getpid()} * 100000 + round;
+      std::memcpy(opened.memory->data() + p * 8, &token, 8);
+      int fd = ::open(path.c_str(), O_RDONLY);
+      int64_t seen = -1;
+      if (fd < 0 || ::pread(fd, &seen, 8, p * 8) != 8 || seen != token) ++failures;
+      if (fd >= 0) ::close(fd);
     }
-    ::_exit(failures > 100 ? 100 : failures);
+    ::_exit(failures > 0 ? 1 : 0);
   }
   for (pid_t child : children) {
     int status = 0;
     ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(status, 0);
   }
-  EXPECT_FALSE(Exists(name));
+  EXPECT_FALSE(std::filesystem::exists(path));
 }
 
 }  // namespace
