@@ -98,13 +98,10 @@ String Functions::NumToWords(Currency Amount) {
     }
     if (words.empty()) words.AddMessage(kZeroMessage);
     words.Add(u"and");
-    const char16_t fraction[] = {static_cast<char16_t>(u'0' + cents / 10),
-                                 static_cast<char16_t>(u'0' + cents % 10),
-                                 u'/',
-                                 u'1',
-                                 u'0',
-                                 u'0'};
-    words.Add(std::u16string_view(fraction, 6));
+    std::u16string fraction(1, static_cast<char16_t>(u'0' + cents / 10));
+    fraction += static_cast<char16_t>(u'0' + cents % 10);
+    fraction += u"/100";
+    words.Add(fraction);
     return String(words.Take());
   });
 }

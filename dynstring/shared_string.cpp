@@ -14,7 +14,7 @@ namespace crvlib {
 namespace internal {
 
 void SharedStringImpl::Create(const String& Name, int32_t Size) {
-  if (Name.empty()) Raise(kInvalidProcedureCall);
+  if (Name.Len() == 0) Raise(kInvalidProcedureCall);
   // A negative size would ask the system for a section of about 4 GB.
   if (Size < 0) Raise(kInvalidProcedureCall);
   // A new section arrives zero-filled, which is the length 0 of an empty
