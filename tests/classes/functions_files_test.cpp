@@ -1,0 +1,130 @@
+// Text files and Pause, in a temporary folder.
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+
+#include "crvlib/error.h"
+#include "crvlib/functions.h"
+#include "platform/clock.h"
+
+namespace crvlib {
+namespace {
+
+namespace fs = std::filesystem;
+
+int32_t ErrorNumber(const std::function<void()>& fn, std::u16string_view source) {
+  try {
+    fn();
+  } catch (const Error& e) {
+    EXPECT_EQ(e.Source(), source);
+    return e.Number();
+  }
+  return 0;
+}
+
+class TextFiles : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = (fs::temp_directory_path() / "crvlib-files-XXXXXX").string();
+    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+    dir_ = pattern;
+  }
+  void TearDown() override { fs::remove_all(dir_); }
+
+  String Path(const std::string& name) const { return String::FromUtf8((dir_ / name).string()); }
+  std::string Bytes(const std::string& name) const {
+    std::ifstream in(dir_ / name, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+  }
+  int32_t OpenError(const std::string& name) const {
+    return ErrorNumber([&] { Functions::OpenTextFile(Path(name)); },
+                       u"CRVLIB.Functions::OpenTextFile");
+  }
+  int32_t SaveError(const std::string& name) const {
+    return ErrorNumber([&] { Functions::SaveTextFile(Path(name), u"x"); },
+                       u"CRVLIB.Functions::SaveTextFile");
+  }
+
+  fs::path dir_;
+};
+
+TEST_F(TextFiles, RoundTripThroughTheCodePage) {
+  Functions::SaveTextFile(Path("a.txt"), u"a long first content");
+  Functions::SaveTextFile(Path("a.txt"), u"");
+  EXPECT_EQ(Bytes("a.txt"), "\r\n");  // replaced, not appended to
+  Functions::SaveTextFile(Path("a.txt"), u"\u20AC\u00FF\u0100\t\"q\"\n");
+  EXPECT_EQ(Bytes("a.txt"), "\x80\xFF?\t\"q\"\n\r\n");
+  EXPECT_EQ(Functions::OpenTextFile(Path("a.txt")), u"\u20AC\u00FF?\t\"q\"\n\r\n");
+  std::ofstream(dir_ / "empty.txt").close();
+  EXPECT_EQ(Functions::OpenTextFile(Path("empty.txt")), u"");
+}
+
+TEST_F(TextFiles, FailuresCarryTheRuntimeFileErrors) {
+  fs::create_directory(dir_ / "folder");
+  std::ofstream(dir_ / "plain").close();
+  fs::resize_file(dir_ / "plain", 0x40000000);  // one character too long; sparse
+  ASSERT_EQ(::mkfifo((dir_ / "fifo").c_str(), 0600), 0);
+  struct Case {
+    const char* name;
+    int32_t open, save;
+  };
+  constexpr Case kCases[] = {
+      {"none.txt", 53, 0}, {"no/none.txt", 76, 76}, {"plain/x", 76, 76},
+      {"folder", 75, 75},  {"plain", 14, 0},        {"fifo", 0, 68},  // no reader: no wait
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(OpenError(c.name), c.open);
+    EXPECT_EQ(SaveError(c.name), c.save);
+  }
+  EXPECT_EQ(ErrorNumber([] { Functions::OpenTextFile(u""); }, u"CRVLIB.Functions::OpenTextFile"),
+            52);
+}
+
+TEST_F(TextFiles, UnreadableAndReadOnlyFilesArePermissionDenied) {
+  std::ofstream(dir_ / "locked.txt") << "secret";
+  ASSERT_EQ(::chmod((dir_ / "locked.txt").c_str(), 0), 0);
+  ASSERT_EQ(::chmod(dir_.c_str(), 0755), 0);
+  if (::geteuid() != 0) {
+    EXPECT_EQ(OpenError("locked.txt"), 70);
+    EXPECT_EQ(SaveError("locked.txt"), 70);
+    return;
+  }
+  // Root reads anything: check as an unprivileged user in a child process.
+  pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    if (::setgid(65534) != 0 || ::setuid(65534) != 0) ::_exit(255);
+    ::_exit(OpenError("locked.txt") == 70 && SaveError("locked.txt") == 70 ? 0 : 1);
+  }
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  if (WEXITSTATUS(status) == 255) GTEST_SKIP() << "cannot drop privileges";
+  EXPECT_EQ(status, 0);
+}
+
+TEST(Pause, WaitsOnTheTimer) {
+  // Never across midnight, where Pause deliberately does not return.
+  if (platform::SecondsSinceMidnight() > 86400 - 10) GTEST_SKIP() << "too close to midnight";
+  using Clock = std::chrono::steady_clock;
+  for (int32_t period : {0, -100000}) {
+    auto start = Clock::now();
+    Functions::Pause(period);
+    EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(100)) << period;
+  }
+  auto start = Clock::now();
+  Functions::Pause(300);
+  auto waited = Clock::now() - start;
+  EXPECT_GE(waited, std::chrono::milliseconds(300 - 16));  // the timer resolves to 1/128 s
+  EXPECT_LT(waited, std::chrono::milliseconds(1500));
+}
+
+}  // namespace
+}  // namespace crvlib
