@@ -7,6 +7,7 @@
 // from the others so that 5 and 5.0 stay distinguishable.
 #include "cli/json.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -24,6 +25,28 @@ const Json* Json::Find(std::string_view key) const {
 }
 
 namespace {
+
+// The power of ten of the leading digit of a number in JSON form
+// ("123.4e5" -> 7, "0.001" -> -3), enough to tell overflow from underflow.
+int64_t DecimalExponent(const char* p, const char* end) {
+  if (*p == '-') ++p;
+  const char* mantissa_end = std::find_if(p, end, [](char c) { return c == 'e' || c == 'E'; });
+  const char* point = std::find(p, mantissa_end, '.');
+  std::optional<int64_t> power;
+  for (const char* q = p; q < mantissa_end && !power; ++q) {
+    if (*q != '.' && *q != '0') power = q < point ? point - q - 1 : -(q - point);
+  }
+  if (!power) return INT64_MIN;  // zero
+  int64_t exponent = 0;
+  if (mantissa_end < end) {
+    const char* q = mantissa_end + 1;
+    bool negative = *q == '-';
+    if (*q == '+' || *q == '-') ++q;
+    for (; q < end; ++q) exponent = std::min<int64_t>(exponent * 10 + (*q - '0'), 1'000'000'000);
+    if (negative) exponent = -exponent;
+  }
+  return *power + exponent;
+}
 
 class Parser {
  public:
@@ -281,7 +304,7 @@ class Parser {
       }
     }
     auto [end, ec] = std::from_chars(start, p_, out.number);
-    if (ec == std::errc::result_out_of_range && std::fabs(out.number) < 1) {
+    if (ec == std::errc::result_out_of_range && DecimalExponent(start, p_) < 0) {
       out.number = 0;  // underflow: the nearest double is zero
     } else if (ec != std::errc() || end != p_) {
       return Fail("JSON number out of range");
@@ -372,8 +395,13 @@ void AppendJsonString(std::string& out, std::string_view utf8) {
 }
 
 std::string FormatDouble(double d) {
-  std::array<char, 32> buf;
-  auto [end, ec] = std::to_chars(buf.data(), buf.data() + buf.size(), d);
+  std::array<char, 400> buf;
+  // Plain digits for everyday magnitudes (3000000 rather than 3e+06), the
+  // shortest form otherwise; both read back to the same double.
+  double mag = std::fabs(d);
+  auto format = mag == 0 || (mag >= 1e-5 && mag < 1e17) ? std::chars_format::fixed
+                                                        : std::chars_format::general;
+  auto [end, ec] = std::to_chars(buf.data(), buf.data() + buf.size(), d, format);
   if (ec != std::errc()) return "0";
   return std::string(buf.data(), end);
 }

@@ -58,8 +58,9 @@ std::optional<Json> ParseJson(std::string_view text, std::string* error);
 void AppendJsonString(std::string& out, std::u16string_view s, bool ascii_only = false);
 void AppendJsonString(std::string& out, std::string_view utf8);
 
-// A double in its shortest form that reads back to the same value
-// (0.1 -> "0.1", 5 -> "5", 1e300 -> "1e+300").
+// A double in the shortest form that reads back to the same value, in plain
+// digits for magnitudes from 1e-5 to 1e17 (0.1 -> "0.1", 5 -> "5",
+// 3e6 -> "3000000", 1e300 -> "1e+300").
 std::string FormatDouble(double d);
 
 }  // namespace crvlib::cli

@@ -101,15 +101,17 @@ std::vector<Value> BindArguments(std::string_view what, const MemberInfo& member
   size_t required = 0;
   while (required < fixed && !params[required].optional) ++required;
   if (count < required || (count > fixed && !has_param_array)) {
-    std::string takes =
-        required == 0 && fixed == 0 && !has_param_array ? "no" : std::to_string(required);
+    std::string takes;
     if (has_param_array) {
-      takes = "at least " + takes;
-    } else if (fixed > required) {
-      takes += " to " + std::to_string(fixed);
+      takes = "at least " + std::to_string(required);
+    } else if (fixed == 0) {
+      takes = "no";
+    } else {
+      takes = std::to_string(required) + (fixed > required ? " to " + std::to_string(fixed) : "");
     }
-    throw UsageError(std::string(what) + " takes " + takes + " argument" +
-                     (takes == "1" ? "" : "s") + ", got " + std::to_string(count));
+    size_t most = has_param_array ? required : fixed;
+    throw UsageError(std::string(what) + " takes " + takes +
+                     (most == 1 ? " argument" : " arguments") + ", got " + std::to_string(count));
   }
   auto converted = [&](const ParamInfo& p, size_t i) {
     try {

@@ -266,38 +266,38 @@ std::vector<Value> BindArguments(std::string_view what, const MemberInfo& member
 bool SameName(std::string_view a, std::string_view b);
 
 // ---------------------------------------------------------------------------
-// Parameter specifications
+// Parameter declarations
 
-struct InSpec {
+struct InDecl {
   const char* name;
 };
-struct ByRefSpec {
+struct ByRefDecl {
   const char* name;
 };
 template <class D, bool kByRef>
-struct OptionalSpec {
+struct OptionalDecl {
   const char* name;
   D value;
 };
-struct ParamArraySpec {
+struct ParamArrayDecl {
   const char* name;
 };
 
-constexpr InSpec In(const char* name) {
+constexpr InDecl In(const char* name) {
   return {name};
 }
-constexpr ByRefSpec ByRef(const char* name) {
+constexpr ByRefDecl ByRef(const char* name) {
   return {name};
 }
 template <class D>
-constexpr OptionalSpec<D, false> Optional(const char* name, D value) {
+constexpr OptionalDecl<D, false> Optional(const char* name, D value) {
   return {name, value};
 }
 template <class D>
-constexpr OptionalSpec<D, true> OptionalByRef(const char* name, D value) {
+constexpr OptionalDecl<D, true> OptionalByRef(const char* name, D value) {
   return {name, value};
 }
-constexpr ParamArraySpec ParamArray(const char* name) {
+constexpr ParamArrayDecl ParamArray(const char* name) {
   return {name};
 }
 
@@ -475,41 +475,41 @@ Value Invoke(const Object* self, std::span<Value> args) {
 }
 
 template <class P>
-ParamInfo MakeParam(InSpec spec) {
+ParamInfo MakeParam(InDecl decl) {
   static_assert(!Param<P>::kWritten, "the routine writes this parameter: declare it ByRef");
   static_assert(!Param<P>::kParamArray, "declare a ParamArray with ParamArray(name)");
-  return {spec.name, Convert<typename Param<P>::Bare>::Type(), false, false, {}};
+  return {decl.name, Convert<typename Param<P>::Bare>::Type(), false, false, {}};
 }
 template <class P>
-ParamInfo MakeParam(ByRefSpec spec) {
+ParamInfo MakeParam(ByRefDecl decl) {
   static_assert(!Param<P>::kParamArray, "declare a ParamArray with ParamArray(name)");
-  return {spec.name, Convert<typename Param<P>::Bare>::Type(), true, false, {}};
+  return {decl.name, Convert<typename Param<P>::Bare>::Type(), true, false, {}};
 }
 template <class P, class D, bool kByRef>
-ParamInfo MakeParam(OptionalSpec<D, kByRef> spec) {
+ParamInfo MakeParam(OptionalDecl<D, kByRef> decl) {
   using Bare = typename Param<P>::Bare;
   static_assert(kByRef || !Param<P>::kWritten,
                 "the routine writes this parameter: declare it OptionalByRef");
   static_assert(!Param<P>::kParamArray, "declare a ParamArray with ParamArray(name)");
   static_assert(std::is_constructible_v<Bare, D>, "the default does not fit the parameter");
-  return {spec.name, Convert<Bare>::Type(), kByRef, true, Convert<Bare>::To(Bare(spec.value))};
+  return {decl.name, Convert<Bare>::Type(), kByRef, true, Convert<Bare>::To(Bare(decl.value))};
 }
 template <class P>
-ParamInfo MakeParam(ParamArraySpec spec) {
+ParamInfo MakeParam(ParamArrayDecl decl) {
   static_assert(Param<P>::kParamArray, "a ParamArray binds const VariantArray&");
-  return {spec.name, Convert<VariantArray>::Type(), false, true, VariantArray{}};
+  return {decl.name, Convert<VariantArray>::Type(), false, true, VariantArray{}};
 }
 
 // Checks the order of the flags: optional parameters only after the required
 // ones, a ParamArray only last.
 void CheckParamOrder(const std::string& member, const std::vector<ParamInfo>& params);
 
-template <auto Fn, class... Specs>
-MemberInfo Bind(MemberKind kind, std::string name, std::string help, Specs... specs) {
+template <auto Fn, class... Decls>
+MemberInfo Bind(MemberKind kind, std::string name, std::string help, Decls... decls) {
   using Sig = Signature<decltype(Fn)>;
   using Args = typename Sig::Args;
-  static_assert(sizeof...(Specs) == std::tuple_size_v<Args>,
-                "give one parameter specification per parameter of the routine");
+  static_assert(sizeof...(Decls) == std::tuple_size_v<Args>,
+                "give one declaration (In, ByRef, Optional, ...) per parameter of the routine");
   MemberInfo m;
   m.name = std::move(name);
   m.kind = kind;
@@ -521,9 +521,9 @@ MemberInfo Bind(MemberKind kind, std::string name, std::string help, Specs... sp
     m.result = Convert<std::remove_cvref_t<R>>::Type();
   }
   [&]<size_t... I>(std::index_sequence<I...>) {
-    (m.params.push_back(MakeParam<std::tuple_element_t<I, Args>>(specs)), ...);
+    (m.params.push_back(MakeParam<std::tuple_element_t<I, Args>>(decls)), ...);
   }
-  (std::index_sequence_for<Specs...>{});
+  (std::index_sequence_for<Decls...>{});
   CheckParamOrder(m.name, m.params);
   m.invoke = &Invoke<Fn>;
   if constexpr (!std::is_void_v<typename Sig::Self>)
@@ -535,17 +535,17 @@ void CheckClass(const ClassInfo& c, const ObjectType* self_type);
 
 }  // namespace internal
 
-template <auto Fn, class... Specs>
-MemberInfo Method(std::string name, std::string help, Specs... specs) {
-  return internal::Bind<Fn>(MemberKind::kMethod, std::move(name), std::move(help), specs...);
+template <auto Fn, class... Decls>
+MemberInfo Method(std::string name, std::string help, Decls... decls) {
+  return internal::Bind<Fn>(MemberKind::kMethod, std::move(name), std::move(help), decls...);
 }
-template <auto Fn, class... Specs>
-MemberInfo PropertyGet(std::string name, std::string help, Specs... specs) {
-  return internal::Bind<Fn>(MemberKind::kPropertyGet, std::move(name), std::move(help), specs...);
+template <auto Fn, class... Decls>
+MemberInfo PropertyGet(std::string name, std::string help, Decls... decls) {
+  return internal::Bind<Fn>(MemberKind::kPropertyGet, std::move(name), std::move(help), decls...);
 }
-template <auto Fn, class... Specs>
-MemberInfo PropertyLet(std::string name, std::string help, Specs... specs) {
-  return internal::Bind<Fn>(MemberKind::kPropertyLet, std::move(name), std::move(help), specs...);
+template <auto Fn, class... Decls>
+MemberInfo PropertyLet(std::string name, std::string help, Decls... decls) {
+  return internal::Bind<Fn>(MemberKind::kPropertyLet, std::move(name), std::move(help), decls...);
 }
 
 template <Handle T>
