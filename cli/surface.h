@@ -441,37 +441,37 @@ void WriteBack(Value& arg, const typename Param<P>::Bare& held) {
   if constexpr (Param<P>::kWritten) arg = Convert<typename Param<P>::Bare>::To(held);
 }
 
-template <auto Fn>
-Value Invoke(const Object* self, std::span<Value> args) {
+template <auto Fn, size_t... I>
+Value InvokeWith(const Object* self, std::span<Value> args, std::index_sequence<I...>) {
   using Sig = Signature<decltype(Fn)>;
   using Args = typename Sig::Args;
   using R = typename Sig::Result;
-  return [&]<size_t... I>(std::index_sequence<I...>)->Value {
-    // Holders keep each argument alive for the call and receive what the
-    // routine writes.
-    std::tuple<typename Param<std::tuple_element_t<I, Args>>::Bare...> held{
-        Convert<typename Param<std::tuple_element_t<I, Args>>::Bare>::From(args[I])...};
-    auto call = [&]() -> decltype(auto) {
-      if constexpr (std::is_void_v<typename Sig::Self>) {
-        return Fn(std::get<I>(held)...);
-      } else {
-        return (SelfOf<typename Sig::Self>(self).*Fn)(std::get<I>(held)...);
-      }
-    };
-    auto write_back = [&] {
-      (WriteBack<std::tuple_element_t<I, Args>>(args[I], std::get<I>(held)), ...);
-    };
-    if constexpr (std::is_void_v<R>) {
-      call();
-      write_back();
-      return Variant();
+  // The held values keep each argument alive for the call and receive what
+  // the routine writes into its reference parameters.
+  std::tuple<typename Param<std::tuple_element_t<I, Args>>::Bare...> held{
+      Convert<typename Param<std::tuple_element_t<I, Args>>::Bare>::From(args[I])...};
+  auto call = [&]() -> decltype(auto) {
+    if constexpr (std::is_void_v<typename Sig::Self>) {
+      return Fn(std::get<I>(held)...);
     } else {
-      Value result = Convert<std::remove_cvref_t<R>>::To(call());
-      write_back();
-      return result;
+      return (SelfOf<typename Sig::Self>(self).*Fn)(std::get<I>(held)...);
     }
+  };
+  if constexpr (std::is_void_v<R>) {
+    call();
+    (WriteBack<std::tuple_element_t<I, Args>>(args[I], std::get<I>(held)), ...);
+    return Variant();
+  } else {
+    Value result = Convert<std::remove_cvref_t<R>>::To(call());
+    (WriteBack<std::tuple_element_t<I, Args>>(args[I], std::get<I>(held)), ...);
+    return result;
   }
-  (std::make_index_sequence<std::tuple_size_v<Args>>{});
+}
+
+template <auto Fn>
+Value Invoke(const Object* self, std::span<Value> args) {
+  using Args = typename Signature<decltype(Fn)>::Args;
+  return InvokeWith<Fn>(self, args, std::make_index_sequence<std::tuple_size_v<Args>>{});
 }
 
 template <class P>
@@ -500,6 +500,11 @@ ParamInfo MakeParam(ParamArrayDecl decl) {
   return {decl.name, Convert<VariantArray>::Type(), false, true, VariantArray{}};
 }
 
+template <class Args, size_t... I, class... Decls>
+void AddParams(std::vector<ParamInfo>& params, std::index_sequence<I...>, Decls... decls) {
+  (params.push_back(MakeParam<std::tuple_element_t<I, Args>>(decls)), ...);
+}
+
 // Checks the order of the flags: optional parameters only after the required
 // ones, a ParamArray only last.
 void CheckParamOrder(const std::string& member, const std::vector<ParamInfo>& params);
@@ -520,14 +525,12 @@ MemberInfo Bind(MemberKind kind, std::string name, std::string help, Decls... de
   } else {
     m.result = Convert<std::remove_cvref_t<R>>::Type();
   }
-  [&]<size_t... I>(std::index_sequence<I...>) {
-    (m.params.push_back(MakeParam<std::tuple_element_t<I, Args>>(decls)), ...);
-  }
-  (std::index_sequence_for<Decls...>{});
+  AddParams<Args>(m.params, std::index_sequence_for<Decls...>{}, decls...);
   CheckParamOrder(m.name, m.params);
   m.invoke = &Invoke<Fn>;
-  if constexpr (!std::is_void_v<typename Sig::Self>)
+  if constexpr (!std::is_void_v<typename Sig::Self>) {
     m.self_type = &ObjectTypeOf<typename Sig::Self>();
+  }
   return m;
 }
 

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <random>
 #include <sstream>
 
 #include "cli/commands.h"
@@ -107,6 +108,25 @@ TEST(Call, ArgumentsAreReadAsTheirParameterType) {
     SCOPED_TRACE(::testing::Message() << c.member << "#" << c.index << " " << c.arg);
     std::string got = FromText(c.member, c.index, c.arg, c.escapes);
     EXPECT_EQ(got.substr(0, std::string_view(c.want).size()), c.want) << got;
+  }
+}
+
+TEST(Call, AnyArgumentTextIsEitherAValueOrAUsageError) {
+  const char alphabet[] = "0123456789-+.eE:T \\xuU\"{}[]nulltrFAE\xC3\xBF\xFF";
+  std::mt19937 rng(1899);
+  const ClassInfo* tools = TestSurface().FindClass("Tools");
+  for (int round = 0; round < 20000; ++round) {
+    std::string arg(rng() % 24, ' ');
+    for (char& c : arg) c = alphabet[rng() % (sizeof alphabet - 1)];
+    for (const MemberInfo& m : tools->members) {
+      for (const ParamInfo& p : m.params) {
+        if (p.type.kind == TypeKind::kParamArray) continue;
+        try {
+          ArgumentFromText(arg, p, round % 2 == 0);
+        } catch (const UsageError&) {
+        }
+      }
+    }
   }
 }
 
@@ -280,7 +300,8 @@ TEST(Crv, ExitStatusesAndStreams) {
 }
 
 TEST(Crv, BatchAnswersOnStdout) {
-  Finished r = Crv({"batch"}, "{\"call\":\"Constants.vxRM\"}\nbad\n{\"call\":\"Constants.vxVBAR\"}\n");
+  Finished r =
+      Crv({"batch"}, "{\"call\":\"Constants.vxRM\"}\nbad\n{\"call\":\"Constants.vxVBAR\"}\n");
   EXPECT_EQ(r.status, 0);
   EXPECT_EQ(r.out,
             "{\"result\":\"\xC3\xBF\"}\n"
