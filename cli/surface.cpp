@@ -1,1 +1,192 @@
+// The registry of classes, the DISPID numbering and the checks every class
+// table passes when it is built.
+#include "cli/surface.h"
 
+#include <algorithm>
+
+#include "core/error_frame.h"
+
+namespace crvlib::cli {
+
+// Each class's table lives in cli/surface_<class>.cpp. To add a class,
+// declare its function here and list it below, in type-library order.
+ClassInfo ConstantsClass();
+
+const Surface& ShippedSurface() {
+  static const Surface surface{{
+      ConstantsClass(),
+  }};
+  return surface;
+}
+
+bool SameName(std::string_view a, std::string_view b) {
+  auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
+                                            [&](char x, char y) { return lower(x) == lower(y); });
+}
+
+const ClassInfo* Surface::FindClass(std::string_view name) const {
+  for (const ClassInfo& c : classes) {
+    if (SameName(c.name, name)) return &c;
+  }
+  return nullptr;
+}
+
+const MemberInfo* ClassInfo::Find(std::string_view name, MemberKind kind) const {
+  const MemberInfo* get = nullptr;
+  for (const MemberInfo& m : members) {
+    if (!SameName(m.name, name)) continue;
+    if (m.kind == kind) return &m;
+    if (kind == MemberKind::kMethod && m.kind == MemberKind::kPropertyGet) get = &m;
+  }
+  return get;
+}
+
+const EnumMember* EnumInfo::Find(std::string_view name) const {
+  for (const EnumMember& m : members) {
+    if (SameName(m.name, name)) return &m;
+  }
+  return nullptr;
+}
+
+const EnumMember* EnumInfo::Find(int32_t value) const {
+  for (const EnumMember& m : members) {
+    if (m.value == value) return &m;
+  }
+  return nullptr;
+}
+
+const EnumInfo* FindEnum(std::string_view name) {
+  for (const EnumInfo& e : Enumerations()) {
+    if (SameName(e.name, name)) return &e;
+  }
+  return nullptr;
+}
+
+const EnumInfo* TypeInfo::Enum() const {
+  return kind == TypeKind::kLong && name != "Long" ? FindEnum(name) : nullptr;
+}
+
+void NumberMembers(std::vector<MemberInfo>& members) {
+  // The distinct names in order of first appearance: a get and a let of one
+  // property count once.
+  std::vector<std::string_view> names;
+  auto position = [&](std::string_view name) {
+    return std::find_if(names.begin(), names.end(),
+                        [&](std::string_view n) { return SameName(n, name); });
+  };
+  for (const MemberInfo& m : members) {
+    if (position(m.name) == names.end()) names.push_back(m.name);
+  }
+  for (MemberInfo& m : members) {
+    auto index = position(m.name) - names.begin();
+    auto low = static_cast<int32_t>(names.size() - 1 - static_cast<size_t>(index));
+    int32_t base = m.kind == MemberKind::kMethod ? 0x60030000 : 0x68030000;
+    m.dispid = m.is_default ? 0 : base + low;
+  }
+}
+
+ClassInfo GlobalClass(std::string name, std::string help, std::vector<MemberInfo> members) {
+  ClassInfo c{std::move(name), ClassKind::kGlobal, std::move(help), std::move(members), nullptr};
+  NumberMembers(c.members);
+  internal::CheckClass(c, nullptr);
+  return c;
+}
+
+std::vector<Value> BindArguments(std::string_view what, const MemberInfo& member, size_t count,
+                                 const std::function<Value(const ParamInfo&, size_t)>& convert) {
+  const std::vector<ParamInfo>& params = member.params;
+  bool has_param_array = !params.empty() && params.back().type.kind == TypeKind::kParamArray;
+  size_t fixed = params.size() - (has_param_array ? 1 : 0);
+  size_t required = 0;
+  while (required < fixed && !params[required].optional) ++required;
+  if (count < required || (count > fixed && !has_param_array)) {
+    std::string takes;
+    if (has_param_array) {
+      takes = "at least " + std::to_string(required);
+    } else if (fixed == 0) {
+      takes = "no";
+    } else {
+      takes = std::to_string(required) + (fixed > required ? " to " + std::to_string(fixed) : "");
+    }
+    size_t most = has_param_array ? required : fixed;
+    throw UsageError(std::string(what) + " takes " + takes +
+                     (most == 1 ? " argument" : " arguments") + ", got " + std::to_string(count));
+  }
+  auto converted = [&](const ParamInfo& p, size_t i) {
+    try {
+      return convert(p, i);
+    } catch (const UsageError& e) {
+      throw UsageError(std::string(what) + " argument " + std::to_string(i + 1) + " (" + p.name +
+                       "): " + e.what());
+    }
+  };
+  std::vector<Value> args;
+  args.reserve(params.size());
+  for (size_t i = 0; i < fixed; ++i) {
+    args.push_back(i < count ? converted(params[i], i) : params[i].default_value);
+  }
+  if (has_param_array) {
+    ParamInfo item{params.back().name, internal::Convert<Variant>::Type(), false, false, {}};
+    VariantArray rest;
+    for (size_t i = fixed; i < count; ++i)
+      rest.items.push_back(std::get<Variant>(converted(item, i)));
+    args.push_back(std::move(rest));
+  }
+  return args;
+}
+
+namespace internal {
+
+void RaiseObjectNotSet() {
+  crvlib::internal::Raise(crvlib::internal::kObjectNotSet);
+}
+
+void ThrowTableError(std::string message) {
+  throw std::logic_error("crv member table: " + message);
+}
+
+TypeInfo MakeType(TypeKind kind, std::string_view name) {
+  return TypeInfo{kind, std::string(name)};
+}
+
+void CheckParamOrder(const std::string& member, const std::vector<ParamInfo>& params) {
+  bool optional_seen = false;
+  for (size_t i = 0; i < params.size(); ++i) {
+    const ParamInfo& p = params[i];
+    if (p.type.kind == TypeKind::kParamArray && i + 1 != params.size()) {
+      ThrowTableError(member + ": the ParamArray must be the last parameter");
+    }
+    if (!p.optional && optional_seen) {
+      ThrowTableError(member + ": required parameter " + p.name + " after an optional one");
+    }
+    optional_seen = optional_seen || p.optional;
+  }
+}
+
+void CheckClass(const ClassInfo& c, const ObjectType* self_type) {
+  for (size_t i = 0; i < c.members.size(); ++i) {
+    const MemberInfo& m = c.members[i];
+    if (m.self_type != self_type) {
+      ThrowTableError(c.name + "." + m.name +
+                      (self_type ? " must bind a member function of the class's handle"
+                                 : " must bind a static function"));
+    }
+    if (m.kind == MemberKind::kPropertyLet &&
+        (m.params.empty() || m.result.kind != TypeKind::kVoid)) {
+      ThrowTableError(c.name + "." + m.name +
+                      ": a property let takes the value and returns nothing");
+    }
+    for (size_t j = 0; j < i; ++j) {
+      if (SameName(c.members[j].name, m.name) &&
+          (c.members[j].kind == m.kind || c.members[j].kind == MemberKind::kMethod ||
+           m.kind == MemberKind::kMethod)) {
+        ThrowTableError(c.name + "." + m.name + " is declared twice");
+      }
+    }
+  }
+}
+
+}  // namespace internal
+
+}  // namespace crvlib::cli

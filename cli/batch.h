@@ -1,0 +1,74 @@
+// `crv batch`: requests as JSON Lines, one response line for each, in order.
+//
+//   {"call":"Functions.ExtractElement","args":["a|b|c","|",2]}
+//       -> {"result":"b","byref":{"ArrayValue":"a|b|c","Delimiter":"|"}}
+//   {"new":"DynamicString","as":"d"}            -> {"result":{"object":"d"}}
+//   {"set":"d.Value","value":"x"}               -> {"result":null,"byref":{…}}
+//   {"call":"d.SubString","args":[0,1],"as":"v"} -> {"result":{"object":"v"}}
+//   {"release":"v"}                             -> {"result":null}
+//
+// A call names a global class or an object; a property get is a call with no
+// arguments; a member with no result answers "result":null. An object result
+// without "as" is written under the name it already has or under a new one
+// ("obj1", "obj2", …). A routine's error answers
+// {"error":{"number":N,"source":"…","description":"…"}}; a request crv
+// cannot make (bad JSON, unknown member or key, wrong count or type) answers
+// {"error":{"number":-1,"description":"…"}}. No line stops the session.
+#ifndef CRVLIB_CLI_BATCH_H_
+#define CRVLIB_CLI_BATCH_H_
+
+#include <cstddef>
+#include <cstdio>
+#include <map>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "cli/json.h"
+#include "cli/surface.h"
+
+namespace crvlib::cli {
+
+inline constexpr size_t kMaxBatchLine = size_t{64} << 20;
+
+class BatchSession {
+ public:
+  explicit BatchSession(const Surface& surface) : surface_(surface) {}
+
+  // The response to one request line (given without its line end).
+  std::string Answer(std::string_view line);
+
+  // The objects the session holds by name.
+  const std::map<std::string, Object, std::less<>>& names() const { return names_; }
+
+ private:
+  std::string Call(const Json& request);
+  std::string Set(const Json& request);
+  std::string New(const Json& request);
+  std::string Release(const Json& request);
+
+  // The class or named object before the dot of "X.Member".
+  struct Target {
+    const ClassInfo* cls = nullptr;
+    Object self;  // for a named object
+    bool has_self = false;
+  };
+  Target FindTarget(std::string_view owner) const;
+  std::string Invoke(std::string_view owner, const MemberInfo& member, const Target& target,
+                     std::span<const Json> args, const std::string* as);
+  std::string NameOf(const Object& object);
+  void CheckNewName(const std::string& name) const;
+
+  const Surface& surface_;
+  std::map<std::string, Object, std::less<>> names_;
+  int made_up_ = 0;
+};
+
+// Answers every line of `in` on `out`, flushing after each answer. Blank
+// lines are skipped; a line longer than kMaxBatchLine answers an error
+// without being held in memory.
+void RunBatch(const Surface& surface, std::FILE* in, std::FILE* out);
+
+}  // namespace crvlib::cli
+
+#endif  // CRVLIB_CLI_BATCH_H_

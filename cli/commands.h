@@ -1,0 +1,40 @@
+// The commands of crv other than batch: one call, the member listing and the
+// help text. Each writes what it prints into strings and returns the exit
+// status, so that main() only routes them to stdout and stderr.
+#ifndef CRVLIB_CLI_COMMANDS_H_
+#define CRVLIB_CLI_COMMANDS_H_
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "cli/surface.h"
+
+namespace crvlib::cli {
+
+inline constexpr int kExitOk = 0;
+inline constexpr int kExitRoutineError = 1;
+inline constexpr int kExitUsage = 2;
+
+struct Output {
+  std::string out;
+  std::string err;
+};
+
+// `crv [-e] CLASS.MEMBER [ARG…]`: prints the result, then NAME=value for
+// each by-reference parameter. A routine's error prints
+// "error NUMBER (SOURCE): DESCRIPTION" and gives 1; a usage error prints one
+// line and gives 2.
+int RunCall(const Surface& surface, std::string_view target, std::span<const std::string> args,
+            bool escapes, Output& output);
+
+// `crv list [NAME]`: every class and enumeration, or the one named.
+int RunList(const Surface& surface, std::optional<std::string_view> name, Output& output);
+
+// The text of `crv --help`.
+std::string_view HelpText();
+
+}  // namespace crvlib::cli
+
+#endif  // CRVLIB_CLI_COMMANDS_H_

@@ -1,0 +1,329 @@
+// The call form: escapes, command-line argument conversion and printing
+// in-process, then the built crv run as a program for its exit statuses,
+// output streams, list and batch.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+#include "cli/commands.h"
+#include "cli/text.h"
+#include "tests/cli/test_surface.h"
+
+extern char** environ;
+
+namespace crvlib::cli {
+namespace {
+
+using fixtures::TestSurface;
+
+TEST(Call, EscapesDecodeAndEncodeEveryCodeUnit) {
+  struct Case {
+    std::u16string_view typed;
+    std::u16string_view decoded;
+  } cases[] = {
+      {u"a\\xFEb", u"a\u00FEb"},
+      {u"\\xfe\\xFF", u"\u00FE\u00FF"},
+      {u"\\u20ac\\uD800", u"\u20AC\xD800"},
+      {u"\\n\\r\\t\\\\", u"\n\r\t\\"},
+      {u"\\x00", std::u16string_view(u"\0", 1)},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(String(c.typed).ToUtf8());
+    EXPECT_EQ(DecodeEscapes(c.typed), c.decoded);
+  }
+  for (std::u16string_view bad : {u"\\", u"\\q", u"\\x4", u"\\u12", u"\\xG0"}) {
+    SCOPED_TRACE(String(bad).ToUtf8());
+    EXPECT_THROW(DecodeEscapes(bad), UsageError);
+  }
+  std::u16string all;
+  for (char32_t u = 0; u <= 0xFFFF; ++u) all.push_back(static_cast<char16_t>(u));
+  std::string escaped = EscapeText(all);
+  for (char c : escaped) ASSERT_TRUE(c >= 0x20 && c < 0x7F);
+  EXPECT_EQ(DecodeEscapes(String::FromUtf8(escaped).ToU16()), all);
+  EXPECT_EQ(EscapeText(u"\u00FFa\\\n\x7F\u0100"), "\\xFFa\\\\\\n\\x7F\\u0100");
+}
+
+std::string FromText(const char* member, size_t index, std::string_view arg, bool escapes = false) {
+  const ClassInfo* tools = TestSurface().FindClass("Tools");
+  const ParamInfo& p = tools->Find(member, MemberKind::kMethod)->params.at(index);
+  try {
+    Value v = ArgumentFromText(arg, p, escapes);
+    std::string out;
+    AppendValueJson(out, v, nullptr);
+    return out;
+  } catch (const UsageError& e) {
+    return std::string("error: ") + e.what();
+  }
+}
+
+TEST(Call, ArgumentsAreReadAsTheirParameterType) {
+  struct Case {
+    const char* member;
+    size_t index;
+    const char* arg;
+    bool escapes;
+    const char* want;  // JSON of the value, or the start of the error
+  } cases[] = {
+      // A Variant is JSON when it is one of the value forms, else text.
+      {"Echo", 0, "5", false, "5"},
+      {"Echo", 0, "2.5", false, "2.5"},
+      {"Echo", 0, "\"5\"", false, "\"5\""},
+      {"Echo", 0, "null", false, "null"},
+      {"Echo", 0, "{\"Currency\":\"1.5\"}", false, R"({"Currency":"1.5"})"},
+      {"Echo", 0, "abc", false, "\"abc\""},
+      {"Echo", 0, "[1,2]", false, "\"[1,2]\""},
+      {"Echo", 0, "True", false, "\"True\""},
+      {"Echo", 0, "\\xFE", true, "\"\u00fe\""},
+      // Typed parameters.
+      {"Swap", 0, "5", false, "\"5\""},
+      {"Swap", 0, "a\\tb", true, "\"a\\tb\""},
+      {"Swap", 0, "a\\tb", false, "\"a\\\\tb\""},
+      {"Pick", 0, "-12", false, "-12"},
+      {"Pick", 0, "+12", false, "12"},
+      {"Pick", 0, "1.0", false, "error: expected a whole number"},
+      {"Pick", 0, "0x10", false, "error: expected a whole number"},
+      {"Pick", 0, "", false, "error: expected a whole number"},
+      {"Pick", 1, "vxdescending", false, "1"},
+      {"Pick", 1, "vxSideways", false, "error: expected a whole number or a member of"},
+      {"Pick", 2, "TRUE", false, "true"},
+      {"Pick", 2, "1", false, "error: expected True or False"},
+      {"Twice", 0, "-32769", false, "error: expected an Integer"},
+      {"Half", 0, "1e-3", false, "0.001"},
+      {"Half", 0, "1,5", false, "error: expected a number"},
+      {"Cents", 0, "12.3456", false, R"({"Currency":"12.3456"})"},
+      {"NextDay", 0, "2004-12-31T10:20:30", false, R"({"Date":"2004-12-31T10:20:30"})"},
+      {"NextDay", 0, "31/12/2004", false, "error: expected a Date"},
+      {"Flip", 0, "", false, "false"},  // by reference and empty: starts empty
+      {"ValueOf", 0, "p", false, "error: objects can be passed only in crv batch"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(::testing::Message() << c.member << "#" << c.index << " " << c.arg);
+    std::string got = FromText(c.member, c.index, c.arg, c.escapes);
+    EXPECT_EQ(got.substr(0, std::string_view(c.want).size()), c.want) << got;
+  }
+}
+
+TEST(Call, AnyArgumentTextIsEitherAValueOrAUsageError) {
+  const char alphabet[] = "0123456789-+.eE:T \\xuU\"{}[]nulltrFAE\xC3\xBF\xFF";
+  std::mt19937 rng(1899);
+  const ClassInfo* tools = TestSurface().FindClass("Tools");
+  for (int round = 0; round < 20000; ++round) {
+    std::string arg(rng() % 24, ' ');
+    for (char& c : arg) c = alphabet[rng() % (sizeof alphabet - 1)];
+    for (const MemberInfo& m : tools->members) {
+      for (const ParamInfo& p : m.params) {
+        if (p.type.kind == TypeKind::kParamArray) continue;
+        try {
+          ArgumentFromText(arg, p, round % 2 == 0);
+        } catch (const UsageError&) {
+        }
+      }
+    }
+  }
+}
+
+TEST(Call, ResultsAndByRefsPrintForAPerson) {
+  struct Case {
+    std::vector<std::string> args;
+    bool escapes;
+    int status;
+    const char* out;
+    const char* err;
+  } cases[] = {
+      {{"Tools.Swap", "a\\xFE", "b"}, true, 0, "1\nFirst=b\nSecond=a\\xFE\n", ""},
+      {{"Tools.Swap", "a\\xFE", "b"}, false, 0, "1\nFirst=b\nSecond=a\\xFE\n", ""},
+      {{"Tools.Swap", "\xC3\xBF", "b"}, false, 0, "1\nFirst=b\nSecond=\xC3\xBF\n", ""},
+      {{"Tools.Echo", "null"}, false, 0, "Null\n", ""},
+      {{"Tools.Echo", "{\"Empty\":true}"}, false, 0, "\n", ""},
+      {{"Tools.Echo", "{\"bytes\":\"414243\"}"}, false, 0, "{\"bytes\":\"414243\"}\n", ""},
+      {{"Tools.Half", "5"}, false, 0, "2.5\n", ""},
+      {{"Tools.Half", "4"}, false, 0, "2\n", ""},
+      {{"Tools.Cents", "12.3456"}, false, 0, "12.34\n", ""},
+      {{"Tools.NextDay", "2004-12-31"}, false, 0, "2005-01-01T00:00:00\n", ""},
+      {{"Tools.Flip", "False"}, false, 0, "True\nFlag=True\n", ""},
+      {{"Tools.Pair", "\\n"}, true, 0, "{\"lbound\":1,\"items\":[\"\\n\",\"\\n\"]}\n", ""},
+      {{"Tools.Make", "x"}, false, 0, "{\"object\":\"obj1\"}\n", ""},
+      {{"Probe.Parent"}, false, 0, "Nothing\n", ""},
+      {{"Probe.Split"}, false, 2, "", "crv: Probe.Split takes 1 to 2 arguments, got 0\n"},
+      {{"Probe.Split", ""}, false, 0, "2\nItems={\"lbound\":0,\"items\":[\"\",\"\"]}\n", ""},
+      {{"Tools.Fail", "5"},
+       false,
+       1,
+       "",
+       "error 5 (CRVLIB.Tools::Fail): Invalid procedure call or argument\n"},
+      {{"Tools.Fail", "x"},
+       false,
+       2,
+       "",
+       "crv: Tools.Fail argument 1 (Number): expected a whole number, got \"x\"\n"},
+      {{"Tools.Nope"}, false, 2, "", "crv: Tools has no member \"Nope\"\n"},
+      {{"Tools"},
+       false,
+       2,
+       "",
+       "crv: \"Tools\" is not CLASS.MEMBER of a known class (see crv list)\n"},
+      {{"Tools.Swap", "\\q", "x"}, true, 2, "", nullptr},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.args[0] + (c.args.size() > 1 ? " " + c.args[1] : ""));
+    Output output;
+    int status = RunCall(TestSurface(), c.args[0], std::span<const std::string>(c.args).subspan(1),
+                         c.escapes, output);
+    EXPECT_EQ(status, c.status);
+    EXPECT_EQ(output.out, c.out);
+    if (c.err) {
+      EXPECT_EQ(output.err, c.err);
+    } else {
+      EXPECT_EQ(std::count(output.err.begin(), output.err.end(), '\n'), 1) << output.err;
+    }
+  }
+}
+
+TEST(Call, ListShowsDeclarationsDispidsAndHelp) {
+  Output output;
+  EXPECT_EQ(RunList(TestSurface(), "tools", output), 0);
+  EXPECT_NE(output.out.find("  0x6003000B  Function Join(ByRef Delimiter As String, "
+                            "ParamArray Items() As Variant) As String\n"),
+            std::string::npos)
+      << output.out;
+  EXPECT_NE(output.out.find("Function Pick(ByVal Base As Long, Optional ByVal Order As "
+                            "vxSortOrderEnum = vxDescending, Optional ByVal Negate As Boolean = "
+                            "False) As Long"),
+            std::string::npos);
+  EXPECT_NE(output.out.find("Sub Fail(ByVal Number As Long)"), std::string::npos);
+  output = {};
+  EXPECT_EQ(RunList(TestSurface(), "Probe", output), 0);
+  EXPECT_NE(output.out.find("  0x00000000  Property Let Value(ByRef NewValue As String)  "
+                            "[default]\n"),
+            std::string::npos)
+      << output.out;
+  output = {};
+  EXPECT_EQ(RunList(TestSurface(), "vxCaseEnum", output), 0);
+  EXPECT_EQ(output.out, "enum vxCaseEnum\n  vxCaseNotSensitive = 0\n  vxCaseSensitive = 1\n");
+  output = {};
+  EXPECT_EQ(RunList(TestSurface(), "Nope", output), 2);
+}
+
+// Runs the built crv with `args`, `input` on stdin.
+struct Finished {
+  int status;
+  std::string out, err;
+};
+
+std::string Slurp(const std::string& path) {
+  std::ifstream f(path, std::ios::binary);
+  std::stringstream s;
+  s << f.rdbuf();
+  return s.str();
+}
+
+Finished Crv(std::vector<std::string> args, const std::string& input = "") {
+  char dir[] = "/tmp/crv_testXXXXXX";
+  EXPECT_NE(mkdtemp(dir), nullptr);
+  std::string in = std::string(dir) + "/in", out = std::string(dir) + "/out",
+              err = std::string(dir) + "/err";
+  std::ofstream(in, std::ios::binary) << input;
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, 0, in.c_str(), O_RDONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  posix_spawn_file_actions_addopen(&actions, 2, err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  args.insert(args.begin(), CRV_BINARY);
+  std::vector<char*> argv;
+  for (std::string& a : args) argv.push_back(a.data());
+  argv.push_back(nullptr);
+  pid_t pid;
+  Finished r{-1, "", ""};
+  if (posix_spawn(&pid, CRV_BINARY, &actions, nullptr, argv.data(), environ) == 0) {
+    int wstatus = 0;
+    waitpid(pid, &wstatus, 0);
+    r.status = WIFEXITED(wstatus) ? WEXITSTATUS(wstatus) : 128 + WTERMSIG(wstatus);
+  }
+  posix_spawn_file_actions_destroy(&actions);
+  r.out = Slurp(out);
+  r.err = Slurp(err);
+  std::remove(in.c_str());
+  std::remove(out.c_str());
+  std::remove(err.c_str());
+  rmdir(dir);
+  return r;
+}
+
+TEST(Crv, ExitStatusesAndStreams) {
+  struct Case {
+    std::vector<std::string> args;
+    int status;
+    const char* out;  // exact, or null for "any"
+    bool err_line;    // one line on stderr
+  } cases[] = {
+      {{"Constants.vxVBAR"}, 0, "|\n", false},
+      {{"constants.VXRM"}, 0, "\xC3\xBF\n", false},
+      {{"-e", "Constants.vxAM"}, 0, "\\xFE\n", false},
+      {{"--locale", "de-DE", "-e", "Constants.vxSVM"}, 0, "\\xFC\n", false},
+      {{"Constants.vxRM", "x"}, 2, "", true},
+      {{"Constants.Nope"}, 2, "", true},
+      {{"Nope.Nope"}, 2, "", true},
+      {{}, 2, "", true},
+      {{"--bogus"}, 2, "", true},
+      {{"--locale"}, 2, "", true},
+      {{"list", "a", "b"}, 2, "", true},
+      {{"batch", "x"}, 2, "", true},
+      {{"--help"}, 0, nullptr, false},
+      {{"list"}, 0, nullptr, false},
+  };
+  for (const Case& c : cases) {
+    std::string shown;
+    for (const std::string& a : c.args) shown += a + " ";
+    SCOPED_TRACE(shown);
+    Finished r = Crv(c.args);
+    EXPECT_EQ(r.status, c.status);
+    if (c.out) {
+      EXPECT_EQ(r.out, c.out);
+    }
+    if (c.err_line) {
+      EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << r.err;
+    } else {
+      EXPECT_EQ(r.err, "");
+    }
+  }
+  Finished list = Crv({"list", "Constants"});
+  EXPECT_NE(list.out.find("0x68030006  Property Get vxRM() As String\n"), std::string::npos);
+  EXPECT_NE(list.out.find("0x68030000  Property Get vxVBAR() As String\n"), std::string::npos);
+}
+
+TEST(Crv, BatchAnswersOnStdout) {
+  Finished r =
+      Crv({"batch"}, "{\"call\":\"Constants.vxRM\"}\nbad\n{\"call\":\"Constants.vxVBAR\"}\n");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out,
+            "{\"result\":\"\xC3\xBF\"}\n"
+            "{\"error\":{\"number\":-1,\"description\":\"not valid JSON: unexpected character in "
+            "JSON text\"}}\n"
+            "{\"result\":\"|\"}\n");
+}
+
+TEST(Crv, TheBundledExampleRunsCleanly) {
+  std::string example = Slurp(CRVLIB_SOURCE_DIR "/examples/orders.jsonl");
+  ASSERT_FALSE(example.empty());
+  Finished r = Crv({"batch"}, example);
+  EXPECT_EQ(r.status, 0);
+  std::istringstream lines(r.out);
+  std::string line;
+  int answers = 0;
+  while (std::getline(lines, line)) {
+    ++answers;
+    EXPECT_EQ(line.find("\"error\""), std::string::npos) << line;
+  }
+  EXPECT_GT(answers, 0);
+}
+
+}  // namespace
+}  // namespace crvlib::cli

@@ -1,0 +1,147 @@
+// Classes that exist only in the tests: the shipped table plus `Probe`, a
+// creatable class with a default property, object results, a Nothing result
+// and an array output, and `Tools`, a global class with by-reference
+// outputs, a ParamArray, enumeration defaults and a routine that raises.
+#ifndef CRVLIB_TESTS_CLI_TEST_SURFACE_H_
+#define CRVLIB_TESTS_CLI_TEST_SURFACE_H_
+
+#include <memory>
+
+#include "cli/surface.h"
+#include "crvlib/error.h"
+
+namespace crvlib::cli::fixtures {
+
+// A counted handle, as DynamicString is: copies refer to one object.
+class Probe {
+ public:
+  static inline int live = 0;  // objects alive now
+
+  Probe() : state_(std::make_shared<State>()) {}
+
+  bool IsNothing() const { return state_ == nullptr; }
+  bool Is(const Probe& o) const { return state_ == o.state_; }
+
+  String Value() const { return state_->value; }
+  void SetValue(const String& NewValue) { state_->value = NewValue; }
+  Probe Child() {
+    Probe c;
+    c.state_->parent = state_;
+    return c;
+  }
+  Probe Parent() const { return Probe(state_->parent); }
+  Probe Self() { return *this; }
+  int32_t Split(StringArray& Items, vxArrayBaseEnum Base) const {
+    Items = StringArray{static_cast<int32_t>(Base), {state_->value, state_->value}};
+    return 2;
+  }
+
+ private:
+  struct State {
+    State() { ++live; }
+    ~State() { --live; }
+    String value;
+    std::shared_ptr<State> parent;
+  };
+  explicit Probe(std::shared_ptr<State> s) : state_(std::move(s)) {}
+  std::shared_ptr<State> state_;
+};
+
+struct Tools {
+  // Swaps its two by-reference strings and returns the length of the first.
+  static int32_t Swap(String& First, String& Second) {
+    std::swap(First, Second);
+    return First.Len();
+  }
+  static String Join(const String& Delimiter, const VariantArray& Items) {
+    std::u16string out;
+    for (const Variant& v : Items.items) {
+      if (!out.empty()) out += Delimiter.view();
+      out += v.Type() == VarType::kString ? v.AsString().ToU16() : u"?";
+    }
+    return String(std::move(out));
+  }
+  static Variant Echo(const Variant& Value) { return Value; }
+  static int32_t Pick(int32_t Base, vxSortOrderEnum Order, bool Negate) {
+    int32_t r = Base + static_cast<int32_t>(Order);
+    return Negate ? -r : r;
+  }
+  static int16_t Twice(int16_t Value) { return static_cast<int16_t>(Value * 2); }
+  static Currency Cents(Currency Amount) { return Currency::FromScaled(Amount.scaled / 100 * 100); }
+  static Date NextDay(Date Day) { return Date{Day.serial + 1}; }
+  static double Half(double Value) { return Value / 2; }
+  static void Fail(int32_t Number) {
+    throw Error(Number, u"CRVLIB.Tools::Fail", u"Invalid procedure call or argument");
+  }
+  static bool Flip(bool& Flag) {
+    Flag = !Flag;
+    return Flag;
+  }
+  static StringArray Pair(const String& Value) { return StringArray{1, {Value, Value}}; }
+  static Probe Make(const String& Value) {
+    Probe p;
+    p.SetValue(Value);
+    return p;
+  }
+  static String ValueOf(Probe Object) { return Object.Value(); }
+};
+
+}  // namespace crvlib::cli::fixtures
+
+namespace crvlib::cli {
+template <>
+struct ObjectTraits<fixtures::Probe> {
+  static constexpr std::string_view kName = "Probe";
+};
+}  // namespace crvlib::cli
+
+namespace crvlib::cli::fixtures {
+
+inline ClassInfo ProbeClass() {
+  return CreatableClass<Probe>(
+      "A test object.",
+      {
+          PropertyGet<&Probe::Value>("Value", "The text.").Default(),
+          PropertyLet<&Probe::SetValue>("Value", "The text.", ByRef("NewValue")).Default(),
+          Method<&Probe::Child>("Child", "A new child."),
+          PropertyGet<&Probe::Parent>("Parent", "The parent, or Nothing."),
+          Method<&Probe::Self>("Self", "This object."),
+          Method<&Probe::Split>("Split", "Two copies of the text.", ByRef("Items"),
+                                Optional("Base", vxZeroBased)),
+      });
+}
+
+inline ClassInfo ToolsClass() {
+  return GlobalClass(
+      "Tools", "Test routines.",
+      {
+          Method<&Tools::Swap>("Swap", "", ByRef("First"), ByRef("Second")),
+          Method<&Tools::Join>("Join", "", ByRef("Delimiter"), ParamArray("Items")),
+          Method<&Tools::Echo>("Echo", "", In("Value")),
+          Method<&Tools::Pick>("Pick", "", In("Base"), Optional("Order", vxDescending),
+                               Optional("Negate", false)),
+          Method<&Tools::Twice>("Twice", "", In("Value")),
+          Method<&Tools::Cents>("Cents", "", In("Amount")),
+          Method<&Tools::NextDay>("NextDay", "", In("Day")),
+          Method<&Tools::Half>("Half", "", In("Value")),
+          Method<&Tools::Fail>("Fail", "", In("Number")),
+          Method<&Tools::Flip>("Flip", "", OptionalByRef("Flag", true)),
+          Method<&Tools::Pair>("Pair", "", In("Value")),
+          Method<&Tools::Make>("Make", "", In("Value")),
+          Method<&Tools::ValueOf>("ValueOf", "", In("Object")),
+      });
+}
+
+inline const Surface& TestSurface() {
+  static const Surface surface = [] {
+    Surface s = ShippedSurface();
+    s.classes.push_back(ProbeClass());
+    s.classes.push_back(ToolsClass());
+    return s;
+  }();
+  return surface;
+}
+
+}  // namespace crvlib::cli::fixtures
+
+#endif  // CRVLIB_TESTS_CLI_TEST_SURFACE_H_
