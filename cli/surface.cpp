@@ -11,10 +11,12 @@ namespace crvlib::cli {
 // Each class's table lives in cli/surface_<class>.cpp. To add a class,
 // declare its function here and list it below, in type-library order.
 ClassInfo ConstantsClass();
+ClassInfo FunctionsClass();
 
 const Surface& ShippedSurface() {
   static const Surface surface{{
       ConstantsClass(),
+      FunctionsClass(),
   }};
   return surface;
 }

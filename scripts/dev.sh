@@ -10,7 +10,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 PACKAGES=(g++ cmake ninja-build pkg-config libicu-dev libpcre2-dev libgtest-dev
-          libbenchmark-dev nlohmann-json3-dev)
+          libbenchmark-dev)
 JOBS=$(nproc 2>/dev/null || echo 2)
 
 install_missing() {

@@ -1,0 +1,86 @@
+// The Functions class: dynamic string arrays and the general string, path,
+// hex, token, file and number-to-words routines, in type-library order.
+#include "cli/surface.h"
+#include "crvlib/functions.h"
+
+namespace crvlib::cli {
+
+// The overload of ParseStr that the type library shows.
+constexpr auto kParseStr =
+    static_cast<String (*)(const String&, const String&, int32_t&)>(&Functions::ParseStr);
+
+ClassInfo FunctionsClass() {
+  return GlobalClass(
+      "Functions", "Dynamic string arrays and general string, path, file and number routines.",
+      {
+          // Substrings and characters.
+          Method<&Functions::StripChar>("StripChar",
+                                        "Returns a modified string by stripping out a supplied "
+                                        "character from the supplied string.",
+                                        ByRef("Value"), In("Character")),
+          Method<&Functions::Swap>(
+              "Swap",
+              "Replaces a character within a string with another character, returning a "
+              "converted string. Characters are identified by their ASCII number.",
+              In("Value"), ByRef("OldCharASCII"), ByRef("NewCharASCII")),
+          Method<kParseStr>(
+              "ParseStr",
+              "Parses a given string returning the next segment based on a starting position "
+              "within the string and a set of delimiters that can be used to separate different "
+              "segments. Returns the next segment or sub-string from the given string.",
+              ByRef("Value"), ByRef("Delimiters"), OptionalByRef("Position", int32_t{1})),
+          Method<&Functions::RevInStr>("RevInStr",
+                                       "Returns a long integer specifying the position of the "
+                                       "last occurance of one string within another.",
+                                       In("Start"), ByRef("Value"), ByRef("FindStr")),
+          Method<&Functions::Pad>(
+              "Pad",
+              "Pads a given string with leading characters to fill a given length. The character "
+              "to use as the Pad character is also passed as an argument. Returns modified "
+              "string.",
+              ByRef("Value"), ByRef("PadCharacter"), In("Length")),
+          Method<&Functions::CenterJustify>(
+              "CenterJustify",
+              "Centers a string into a string of given characters of a specified length. Default "
+              "character is a space.",
+              ByRef("Value"), In("Length"), Optional("FillCharacter", String(u" "))),
+          Method<&Functions::LeftJustify>(
+              "LeftJustify",
+              "Left justifies a string within a string of given characters of a specified length. "
+              "Default character is a space.",
+              ByRef("Value"), In("Length"), Optional("FillCharacter", String(u" "))),
+          Method<&Functions::RightJustify>(
+              "RightJustify",
+              "Right justifies a string within a string of given characters of a specified "
+              "length. Default character is a space.",
+              ByRef("Value"), ByRef("Length"), Optional("FillCharacter", String(u" "))),
+          // Hex and C strings.
+          Method<&Functions::ConvertStrToHex>(
+              "ConvertStrToHex",
+              "Convert a string to a Hex representation of the string. Each character's Hex "
+              "representation is prefixed with \"^H\".",
+              ByRef("Value")),
+          Method<&Functions::CStrToBStr>("CStrToBStr",
+                                         "Converts a null terminated C string into a Basic string.",
+                                         ByRef("CString")),
+          // Files, pause and words.
+          Method<&Functions::OpenTextFile>(
+              "OpenTextFile",
+              "Returns the data from a text file after opening the file using the supplied File "
+              "name.",
+              ByRef("FileName")),
+          Method<&Functions::SaveTextFile>("SaveTextFile",
+                                           "Save supplied text data to file specified.",
+                                           ByRef("FileName"), ByRef("Text")),
+          Method<&Functions::Pause>("Pause",
+                                    "Causes program to wait for a given number of milliseconds. "
+                                    "This routine executes a DoEvents.",
+                                    In("TimePeriod")),
+          Method<&Functions::NumToWords>(
+              "NumToWords",
+              "Returns a currency amount written out in English words, as for printing a cheque.",
+              In("Amount")),
+      });
+}
+
+}  // namespace crvlib::cli
