@@ -185,6 +185,10 @@ ParseStatus TryParseDate(std::u16string_view s, const LocaleSettings& loc, DateP
       fields[count++] = {v, 0};
       continue;
     }
+    if (IsBlank(c)) {
+      ++i;
+      continue;
+    }
     if (IsLetter(c)) {
       size_t n = 0;
       for (int m = 0; m < 12 && !n; ++m) {
@@ -226,7 +230,7 @@ ParseStatus TryParseDate(std::u16string_view s, const LocaleSettings& loc, DateP
       if (++date_separators > 2 || count == 0 || at_end) return kBad;
     } else if (c == u',') {
       if (at_end) return kBad;
-    } else if (!IsBlank(c)) {
+    } else {
       return kBad;
     }
     ++i;
