@@ -390,7 +390,7 @@ class Compiler {
         } else {
           ++frac_index;
           ++sec.frac_digits;
-          if (op == FormatOp::kDigitZero) sec.frac_min = static_cast<uint16_t>(frac_index);
+          if (op == FormatOp::kDigitZero) sec.frac_min = static_cast<uint32_t>(frac_index);
         }
       } else if (op == FormatOp::kComma && !point && digit_before) {
         bool digit_after = false;
@@ -471,9 +471,9 @@ void LayoutNumber(DecimalNumber n, const FormatSection& sec, NumberLayout* out) 
     int64_t e = static_cast<int64_t>(n.exponent) + (sec.percent ? 2 : 0) - 3 * sec.scale;
     n.exponent = static_cast<int32_t>(e < -100000 ? -100000 : e > 100000 ? 100000 : e);
   }
-  const int frac_cap = sec.frac_digits < 300 ? sec.frac_digits : 300;
+  const int frac_cap = sec.frac_digits < 300 ? static_cast<int>(sec.frac_digits) : 300;
   if (sec.exponent) {
-    int p = sec.int_digits < 300 ? sec.int_digits : 300;
+    int p = sec.int_digits < 300 ? static_cast<int>(sec.int_digits) : 300;
     int shown = 0;
     if (n.count) {
       RoundDigits(n, p + frac_cap);
@@ -506,9 +506,10 @@ void LayoutNumber(DecimalNumber n, const FormatSection& sec, NumberLayout* out) 
       }
     }
   }
-  while (l.frac_len > sec.frac_min && l.frac[l.frac_len - 1] == '0') --l.frac_len;
-  while (l.frac_len < sec.frac_min) l.frac[l.frac_len++] = '0';
-  int int_min = sec.int_min < 300 ? sec.int_min : 300;
+  const int frac_min = sec.frac_min < 300 ? static_cast<int>(sec.frac_min) : 300;
+  while (l.frac_len > frac_min && l.frac[l.frac_len - 1] == '0') --l.frac_len;
+  while (l.frac_len < frac_min) l.frac[l.frac_len++] = '0';
+  int int_min = sec.int_min < 300 ? static_cast<int>(sec.int_min) : 300;
   if (l.whole_len < int_min) {
     int pad = int_min - l.whole_len;
     std::memmove(l.whole + pad, l.whole, static_cast<size_t>(l.whole_len));
@@ -523,9 +524,9 @@ void FormatNumber(TextBuffer& out, const DecimalNumber& n, bool show_minus, cons
   LayoutNumber(n, sec, &l);
   if (show_minus && sec.has_digits) out.Append(u'-');
   const std::u16string_view group = loc.thousands_separator.view();
-  int placeholder = 0, frac_placeholder = 0;
+  int64_t placeholder = 0, frac_placeholder = 0;
   bool after_point = false;
-  const int p = sec.int_digits;
+  const int64_t p = sec.int_digits;
   auto put_whole = [&](int j) {
     out.Append(static_cast<char16_t>(l.whole[j]));
     int left = l.whole_len - 1 - j;
@@ -544,9 +545,11 @@ void FormatNumber(TextBuffer& out, const DecimalNumber& n, bool show_minus, cons
             out.Append(static_cast<char16_t>(l.frac[frac_placeholder]));
           ++frac_placeholder;
         } else {
-          int first = placeholder == 0 ? 0 : placeholder + l.whole_len - p;
-          int last = placeholder + l.whole_len - p;  // inclusive
-          for (int j = first < 0 ? 0 : first; j <= last; ++j) put_whole(j);
+          int64_t first = placeholder == 0 ? 0 : placeholder + l.whole_len - p;
+          int64_t last = placeholder + l.whole_len - p;  // inclusive
+          for (int64_t j = first < 0 ? 0 : first; j <= last && j < l.whole_len; ++j) {
+            put_whole(static_cast<int>(j));
+          }
           ++placeholder;
         }
         break;
@@ -833,7 +836,8 @@ FormatStatus CompileFormat(std::u16string_view format, const LocaleSettings& loc
                            CompiledFormat* out) {
   *out = CompiledFormat();
   std::u16string expanded;
-  switch (ExpandNamed(format, locale, &expanded)) {
+  const Named named = ExpandNamed(format, locale, &expanded);
+  switch (named) {
     case Named::kNone:
       out->text.assign(format);
       break;
@@ -843,17 +847,14 @@ FormatStatus CompileFormat(std::u16string_view format, const LocaleSettings& loc
       return FormatStatus::kOk;
     case Named::kTrueFalse:
     case Named::kYesNo:
-    case Named::kOnOff: {
-      Named n = ExpandNamed(format, locale, &expanded);
+    case Named::kOnOff:
       out->kind = FormatKind::kBoolean;
-      out->tokens.push_back({n == Named::kTrueFalse ? FormatOp::kTrueFalse
-                             : n == Named::kYesNo   ? FormatOp::kYesNo
-                                                    : FormatOp::kOnOff});
-      out->sections[0] = FormatSection();
+      out->tokens.push_back({named == Named::kTrueFalse ? FormatOp::kTrueFalse
+                             : named == Named::kYesNo   ? FormatOp::kYesNo
+                                                        : FormatOp::kOnOff});
       out->sections[0].present = true;
       out->sections[0].last = 1;
       return FormatStatus::kOk;
-    }
     case Named::kMediumDate:
       out->kind = FormatKind::kDate;
       out->tokens.push_back({FormatOp::kMediumDate});

@@ -116,11 +116,11 @@ struct FormatSection {
   bool present = false;
   uint32_t first = 0, last = 0;  // token range
   // Numbers.
-  uint16_t int_digits = 0;  // digit placeholders before the point
-  uint16_t int_min = 0;     // of them, from the first "0" on
-  uint16_t frac_digits = 0;
-  uint16_t frac_min = 0;  // up to the last "0" after the point
-  uint16_t scale = 0;     // thousands the value is divided by
+  uint32_t int_digits = 0;  // digit placeholders before the point
+  uint32_t int_min = 0;     // of them, from the first "0" on
+  uint32_t frac_digits = 0;
+  uint32_t frac_min = 0;  // up to the last "0" after the point
+  uint32_t scale = 0;     // thousands the value is divided by
   bool grouping = false;
   bool percent = false;
   bool exponent = false;
@@ -131,7 +131,7 @@ struct FormatSection {
   bool lower = false;
   bool upper = false;
   bool left_to_right = false;
-  uint16_t char_count = 0;
+  uint32_t char_count = 0;
 };
 
 struct CompiledFormat {

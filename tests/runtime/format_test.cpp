@@ -236,6 +236,18 @@ TEST_F(FormatTest, CompiledLayoutOfCurrencyMask) {
   EXPECT_FALSE(f.sections[2].present);
 }
 
+// Regression: placeholder counts beyond the layout buffers once overran them.
+TEST_F(FormatTest, VeryLongMasksStayInBounds) {
+  std::u16string mask(1000, u'0');
+  mask += u'.';
+  mask += std::u16string(1000, u'0');
+  String s = VarFormat(1.5, mask);
+  EXPECT_EQ(s.view().substr(0, 3), u"000");
+  EXPECT_NE(s.view().find(u"1.5"), std::u16string_view::npos);
+  std::u16string hashes(70000, u'#');
+  EXPECT_EQ(VarFormat(12345, hashes), u"12345");
+}
+
 using FormatGerman = DeDe;
 
 TEST_F(FormatGerman, SeparatorsNamesAndCurrency) {
