@@ -3,7 +3,9 @@
 // per thread by the start-up routine (thread_state.h) and never change after,
 // unless the program pins another locale for the thread.
 //
-// The defaults are Windows' en-US settings (LCID 1033).
+// The defaults are Windows' en-US settings (LCID 1033). Patterns use Windows'
+// picture letters: d dd ddd dddd (day), M MM MMM MMMM (month), y yy yyyy
+// (year), h hh H HH m mm s ss t tt (time), '...' quoted text.
 #ifndef CRVLIB_CORE_LOCALE_SETTINGS_H_
 #define CRVLIB_CORE_LOCALE_SETTINGS_H_
 
@@ -42,6 +44,9 @@ struct LocaleSettings {
   DateOrder date_order = DateOrder::kMonthDayYear;
   String long_date_pattern = u"dddd, MMMM d, yyyy";
   String time_pattern = u"h:mm:ss tt";
+  // The "Medium Date" named format. It is not a Windows locale item: the
+  // runtime takes it from its own (English) resources for every locale.
+  String medium_date_pattern = u"dd-MMM-yy";
 
   std::array<String, 12> month_names = {u"January",   u"February", u"March",    u"April",
                                         u"May",       u"June",     u"July",     u"August",
@@ -64,7 +69,8 @@ struct LocaleSettings {
   String monetary_thousands_separator = u",";
   String monetary_decimal_separator = u".";
 
-  // Two-digit years are read into the hundred years ending with this one.
+  // Two-digit years are read into the hundred years ending with this one
+  // (Windows' TwoDigitYearMax): 2029 reads "29" as 2029 and "30" as 1930.
   int32_t two_digit_year_max = 2029;
 };
 
