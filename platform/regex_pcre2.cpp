@@ -55,6 +55,7 @@
 #include <unicode/uchar.h>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <span>
@@ -730,6 +731,18 @@ struct CodeFree {
 };
 using CodePtr = std::unique_ptr<pcre2_code, CodeFree>;
 
+// A compiled pattern; a null code stands for a pattern that does not compile.
+struct Compiled {
+  CodePtr code;
+  bool jit = false;  // JIT-compiled: matched through pcre2_jit_match
+};
+
+// Equality by memcmp: char_traits<char16_t> compares unit by unit, which on
+// the cache's hot path costs as much as a short match.
+bool SameUnits(std::u16string_view a, std::u16string_view b) {
+  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0;
+}
+
 uint64_t HashUnits(std::u16string_view s) {
   uint64_t h = 0xcbf29ce484222325ull;  // FNV-1a
   for (char16_t c : s) {
@@ -739,8 +752,8 @@ uint64_t HashUnits(std::u16string_view s) {
   return h;
 }
 
-// Compiled patterns by (pattern, IgnoreCase). A null code records a pattern
-// that does not compile, so a bad pattern in a loop is not parsed again.
+// Compiled patterns by (pattern, IgnoreCase). Invalid patterns are kept too,
+// so a bad pattern in a loop is not parsed again.
 class PatternCache {
  public:
   static constexpr size_t kCapacity = 64;
@@ -754,14 +767,14 @@ class PatternCache {
     uint64_t hash = 0;
     bool ignore_case = false;
     bool referenced = false;
-    CodePtr code;
+    Compiled compiled;
   };
 
   Entry* Find(std::u16string_view pattern, bool ignore_case) {
     // The pattern of the previous call, found without hashing.
     if (last_ < entries_.size()) {
       Entry& e = entries_[last_];
-      if (e.ignore_case == ignore_case && e.pattern == pattern) {
+      if (e.ignore_case == ignore_case && SameUnits(e.pattern, pattern)) {
         e.referenced = true;
         return &e;
       }
@@ -769,7 +782,7 @@ class PatternCache {
     uint64_t hash = HashUnits(pattern);
     for (size_t i = 0; i < entries_.size(); ++i) {
       Entry& e = entries_[i];
-      if (e.hash == hash && e.ignore_case == ignore_case && e.pattern == pattern) {
+      if (e.hash == hash && e.ignore_case == ignore_case && SameUnits(e.pattern, pattern)) {
         e.referenced = true;
         last_ = i;
         return &e;
@@ -778,9 +791,8 @@ class PatternCache {
     return nullptr;
   }
 
-  // Takes `code` (null for an invalid pattern) and returns the new entry;
-  // evicts by the clock when full.
-  Entry& Insert(std::u16string_view pattern, bool ignore_case, CodePtr code) {
+  // Takes `compiled` and returns the new entry; evicts by the clock when full.
+  Entry& Insert(std::u16string_view pattern, bool ignore_case, Compiled compiled) {
     size_t slot;
     if (entries_.size() < kCapacity) {
       entries_.emplace_back();
@@ -798,7 +810,7 @@ class PatternCache {
     e.hash = HashUnits(pattern);
     e.ignore_case = ignore_case;
     e.referenced = false;
-    e.code = std::move(code);
+    e.compiled = std::move(compiled);
     last_ = slot;
     return e;
   }
@@ -843,33 +855,35 @@ struct RegExp::Engine {
     pcre2_jit_stack_free(jit_stack);
   }
 
-  // Translates and compiles `pattern`; null when it is not a valid pattern.
-  CodePtr Compile(std::u16string_view pattern, bool ignore_case) {
+  // Translates and compiles `pattern`.
+  Compiled Compile(std::u16string_view pattern, bool ignore_case) {
     if (ignore_case && !cases) cases = std::make_unique<CaseClasses>();
     translated.clear();
     Translator translator(pattern, ignore_case ? cases.get() : nullptr, translated);
-    bool ok = translator.Run();
-    CodePtr code;
-    if (ok) {
+    Compiled compiled;
+    if (translator.Run()) {
       uint32_t options = PCRE2_MATCH_UNSET_BACKREF | PCRE2_NEVER_UTF | PCRE2_NEVER_BACKSLASH_C |
                          (ignore_case ? PCRE2_UCP : PCRE2_NEVER_UCP);
       int error = 0;
       PCRE2_SIZE offset = 0;
-      code.reset(pcre2_compile(reinterpret_cast<PCRE2_SPTR>(translated.data()), translated.size(),
-                               options, &error, &offset, compile_context));
-      if (!code && error == PCRE2_ERROR_NOMEMORY) throw std::bad_alloc();
+      compiled.code.reset(pcre2_compile(reinterpret_cast<PCRE2_SPTR>(translated.data()),
+                                        translated.size(), options, &error, &offset,
+                                        compile_context));
+      if (!compiled.code && error == PCRE2_ERROR_NOMEMORY) throw std::bad_alloc();
       // Without JIT (unsupported, or no memory for it) the interpreter runs.
       // PCRE2's JIT compares caseless back-references above ASCII exactly
       // where its interpreter folds them, so those patterns stay interpreted.
-      bool jit = !(ignore_case && translator.back_references());
-      if (code && jit) pcre2_jit_compile(code.get(), PCRE2_JIT_COMPLETE);
+      if (compiled.code && !(ignore_case && translator.back_references())) {
+        compiled.jit = pcre2_jit_compile(compiled.code.get(), PCRE2_JIT_COMPLETE) == 0;
+      }
     }
     if (translated.capacity() > 64 * 1024) std::u16string().swap(translated);
-    return code;
+    return compiled;
   }
 
-  static bool Cacheable(std::u16string_view pattern, const pcre2_code* code) {
+  static bool Cacheable(std::u16string_view pattern, const Compiled& compiled) {
     if (pattern.size() > PatternCache::kMaxCachedPatternUnits) return false;
+    const pcre2_code* code = compiled.code.get();
     if (code == nullptr) return true;
     size_t size = 0;
     size_t jit_size = 0;
@@ -878,10 +892,17 @@ struct RegExp::Engine {
     return size + jit_size <= PatternCache::kMaxCachedBytes;
   }
 
-  bool Match(const pcre2_code* code, std::u16string_view subject) {
+  // Raises kRegExpSyntaxError for an invalid pattern.
+  bool Match(const Compiled& compiled, std::u16string_view subject) {
+    const pcre2_code* code = compiled.code.get();
+    if (code == nullptr) RaiseSyntaxError();
     static constexpr char16_t kEmpty[] = u"";
     PCRE2_SPTR data = reinterpret_cast<PCRE2_SPTR>(subject.empty() ? kEmpty : subject.data());
-    int rc = pcre2_match(code, data, subject.size(), 0, 0, match_data, match_context);
+    // pcre2_jit_match skips pcre2_match's checks, which cost as much as a
+    // short match does.
+    int rc = compiled.jit
+                 ? pcre2_jit_match(code, data, subject.size(), 0, 0, match_data, match_context)
+                 : pcre2_match(code, data, subject.size(), 0, 0, match_data, match_context);
     // The JIT stack is small; the interpreter keeps its frames on the heap
     // and may get further before its own limits.
     if (rc == PCRE2_ERROR_JIT_STACKLIMIT) {
@@ -912,17 +933,12 @@ RegExp::~RegExp() = default;
 bool RegExp::Test(std::u16string_view subject) {
   Engine& engine = *engine_;
   if (PatternCache::Entry* hit = engine.cache.Find(pattern_, ignore_case_)) {
-    if (!hit->code) RaiseSyntaxError();
-    return engine.Match(hit->code.get(), subject);
+    return engine.Match(hit->compiled, subject);
   }
-  CodePtr code = engine.Compile(pattern_, ignore_case_);
-  if (Engine::Cacheable(pattern_, code.get())) {
-    PatternCache::Entry& entry = engine.cache.Insert(pattern_, ignore_case_, std::move(code));
-    if (!entry.code) RaiseSyntaxError();
-    return engine.Match(entry.code.get(), subject);
-  }
-  if (!code) RaiseSyntaxError();
-  return engine.Match(code.get(), subject);
+  Compiled compiled = engine.Compile(pattern_, ignore_case_);
+  if (!Engine::Cacheable(pattern_, compiled)) return engine.Match(compiled, subject);
+  return engine.Match(engine.cache.Insert(pattern_, ignore_case_, std::move(compiled)).compiled,
+                      subject);
 }
 
 void FailRegExpCreationForTesting(int32_t error_number) {
