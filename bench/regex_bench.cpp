@@ -51,7 +51,7 @@ const std::vector<crvlib::String>& Values() {
       for (char16_t& c : s) {
         if (c >= u'0' && c <= u'9') c = static_cast<char16_t>(u'0' + next() % 10);
       }
-      v.emplace_back(std::move(s));
+      v.emplace_back(std::u16string_view(s));
     }
     return v;
   }();
@@ -114,8 +114,12 @@ BENCHMARK(BM_IsValidIgnoreCase);
 void BM_IsValidRotating(benchmark::State& state) {
   std::vector<crvlib::String> patterns;
   for (int64_t p = 0; p < state.range(0); ++p) {
-    patterns.emplace_back(u"^\\(?\\d{3}\\)?[- ]?\\d{3}-\\d{" + std::u16string(1, u'0' + p % 10) +
-                          u"}" + std::u16string(static_cast<size_t>(p / 10), u'x') + u"$");
+    std::u16string pattern = u"^\\(?\\d{3}\\)?[- ]?\\d{3}-\\d{";
+    pattern += static_cast<char16_t>(u'0' + p % 10);
+    pattern += u'}';
+    pattern.append(static_cast<size_t>(p / 10), u'x');
+    pattern += u'$';
+    patterns.emplace_back(std::u16string_view(pattern));
   }
   const auto& values = Values();
   size_t i = 0;
