@@ -259,18 +259,6 @@ TEST(RegExp, CacheStaysBoundedAndKeepsAnswersRight) {
   EXPECT_EQ(Outcome(u"a", u"A", false), kNo);
 }
 
-TEST(RegExp, CreationFailureHookRaisesTheGivenError) {
-  FailRegExpCreationForTesting(429);
-  try {
-    RegExp re;
-    ADD_FAILURE() << "created";
-  } catch (const Error& e) {
-    EXPECT_EQ(e.Number(), 429);
-  }
-  FailRegExpCreationForTesting(0);
-  EXPECT_EQ(Outcome(u"a", u"a"), kYes);
-}
-
 TEST(RegExp, ThreadsKeepTheirOwnEngines) {
   std::vector<std::thread> threads;
   std::vector<int> failures(4, 0);
