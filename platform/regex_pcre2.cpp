@@ -46,8 +46,10 @@
 //
 // Compiled patterns are cached per thread (keyed by pattern text and
 // IgnoreCase, 64 entries, clock eviction), because the common use is one
-// pattern tested against many values. With a cache hit, Test allocates
-// nothing: the match data, match context and JIT stack belong to the thread.
+// pattern tested against many values. A cache hit on JIT-compiled code
+// allocates nothing: the match data, match context and JIT stack belong to
+// the thread. (Caseless patterns with back-references run on the
+// interpreter, because PCRE2's JIT does not fold those above ASCII.)
 #include "platform/regex.h"
 
 #define PCRE2_CODE_UNIT_WIDTH 16
