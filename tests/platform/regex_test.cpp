@@ -1,0 +1,281 @@
+// platform::RegExp: the VBScript pattern dialect on PCRE2, its limits and its
+// per-thread cache.
+#include "platform/regex.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "crvlib/error.h"
+
+namespace crvlib::platform {
+namespace {
+
+enum Want { kNo, kYes, kBadPattern };
+
+struct Case {
+  std::u16string_view pattern;
+  std::u16string_view subject;
+  Want want;
+};
+
+// The outcome of one Test: kYes, kNo, or kBadPattern when it raises the
+// syntax error.
+Want Outcome(std::u16string_view pattern, std::u16string_view subject, bool ignore_case = false) {
+  RegExp re;
+  re.SetIgnoreCase(ignore_case);
+  re.SetPattern(pattern);
+  try {
+    return re.Test(subject) ? kYes : kNo;
+  } catch (const Error& e) {
+    EXPECT_EQ(e.Number(), kRegExpSyntaxError);
+    return kBadPattern;
+  }
+}
+
+void RunTable(std::initializer_list<Case> cases, bool ignore_case) {
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << "pattern " << String(c.pattern).ToUtf8() << " subject "
+                                    << String(c.subject).ToUtf8());
+    EXPECT_EQ(Outcome(c.pattern, c.subject, ignore_case), c.want);
+  }
+}
+
+TEST(RegExp, RejectsWhatTheDialectRejects) {
+  RunTable(
+      {
+          {u"(", u"(", kBadPattern},
+          {u")", u")", kBadPattern},
+          {u"a(b", u"ab", kBadPattern},
+          {u"[a", u"[a", kBadPattern},
+          {u"\\", u"\\", kBadPattern},
+          {u"*a", u"a", kBadPattern},
+          {u"a|*", u"a", kBadPattern},
+          {u"a**", u"a", kBadPattern},
+          {u"a*+", u"a", kBadPattern},  // no possessive quantifiers
+          {u"a{2}{3}", u"aaaaaa", kBadPattern},
+          {u"{2}", u"{2}", kBadPattern},
+          {u"^*", u"a", kBadPattern},
+          {u"\\b+", u"a", kBadPattern},
+          {u"a{3,2}", u"aaa", kBadPattern},
+          {u"[z-a]", u"a", kBadPattern},
+          {u"(?<=a)b", u"ab", kBadPattern},  // no look-behind
+          {u"(?i)a", u"A", kBadPattern},     // no inline options
+          {u"(?<n>a)", u"a", kBadPattern},   // no named groups
+          {u"(?>a)", u"a", kBadPattern},     // no atomic groups
+          {u"(?#note)", u"", kBadPattern},
+          {u"a{65536}", u"a", kBadPattern},  // past PCRE2's largest count
+      },
+      false);
+}
+
+TEST(RegExp, ReadsEscapesAsVBScriptDoes) {
+  RunTable(
+      {
+          // Letters without an escape meaning stand for themselves.
+          {u"x\\A", u"xA", kYes},
+          {u"\\z", u"z", kYes},
+          {u"\\Q.\\E", u"QxE", kYes},
+          {u"\\e", u"e", kYes},
+          {u"\\e", u"\x1b", kNo},
+          {u"\\p{L}", u"p{L}", kYes},
+          {u"\\k", u"k", kYes},
+          // \v is the vertical tab, not a class of vertical space.
+          {u"^\\v$", u"\v", kYes},
+          {u"^\\v$", u"\n", kNo},
+          {u"^\\cJ$", u"\n", kYes},
+          {u"^\\c1$", u"\\c1", kYes},  // \c without a letter is a backslash
+          {u"^\\x41$", u"A", kYes},
+          {u"^\\x4$", u"x4", kYes},  // incomplete: the letter itself
+          {u"^\\u00e9$", u"\u00e9", kYes},
+          {u"^\\u12$", u"u12", kYes},
+          {u"^\\101$", u"A", kYes},  // octal
+          {u"^\\0$", std::u16string_view(u"\0", 1), kYes},
+          {u"^\\8$", u"8", kYes},
+          {u"^\\/$", u"/", kYes},
+          {u"^\\d\\w\\s$", u"7_\v", kYes},
+      },
+      false);
+}
+
+TEST(RegExp, BackReferences) {
+  RunTable(
+      {
+          {u"^(a)\\1$", u"aa", kYes},
+          {u"^(a)\\1$", u"ab", kNo},
+          {u"^\\1(a)$", u"a", kYes},        // forward: not yet set, matches empty
+          {u"^(?:(a)|b)\\1$", u"b", kYes},  // unset: matches empty
+          {u"^(a)\\2$", u"a\x02", kYes},    // no group 2: octal
+          {u"^(a)\\10$", u"a\b", kYes},     // no group 10: octal 10
+          {u"^(a)\\9$", u"a9", kYes},       // \9 without a group 9 is "9"
+          {u"^(a)(b)(c)(d)(e)(f)(g)(h)(i)(j)\\10$", u"abcdefghijj", kYes},
+      },
+      false);
+}
+
+TEST(RegExp, ClassesAndAnchors) {
+  RunTable(
+      {
+          {u"[\\d-z]", u"-", kYes},  // a class escape next to "-" keeps the dash
+          {u"^[\\d-z]$", u"a", kNo},
+          {u"^[a-]$", u"-", kYes},
+          {u"^[\\b]$", u"\b", kYes},
+          {u"^[\\101]$", u"A", kYes},
+          {u"[]", u"abc", kNo},  // the empty class never matches
+          {u"a[]", u"a", kNo},
+          {u"^[^]$", u"\n", kYes},
+          {u"^[^a]$", std::u16string_view(u"\0", 1), kYes},
+          {u"]", u"]", kYes},
+          {u"a{,3}", u"a{,3}", kYes},  // not a quantifier: literal text
+          {u"x{", u"x{", kYes},
+          {u"^.$", u"\n", kNo},
+          {u"^.$", u"\r", kYes},
+          {u"^.$", u"\u2028", kYes},
+          {u"a$", u"a\n", kNo},  // $ is the very end
+          {u"^b", u"a\nb", kNo},
+          {u"\\s", u"\u00a0", kNo},
+          {u"\\w", u"\u00e9", kNo},
+          {u"\\d", u"\u0663", kNo},
+          {u"a\\b", u"a\u00e9", kYes},  // é is no word character
+          {u"ABC", u"xxABCxx", kYes},   // unanchored
+          {u"(?=a)b|b", u"b", kYes},
+          {u"^(?!a).", u"b", kYes},
+          {u"^a+?$", u"aaa", kYes},
+          {u"^a{2,}$", u"a", kNo},
+          {u"^a{0}$", u"", kYes},
+      },
+      false);
+}
+
+TEST(RegExp, CodeUnitsNotCodePoints) {
+  RunTable(
+      {
+          {u"^\\ud800$", u"\xd800", kYes},
+          {u"^.$", u"\xdc00", kYes},
+          {u"^.$", u"\U0001F600", kNo},
+          {u"^..$", u"\U0001F600", kYes},
+          {u"^[\\ud800-\\udbff]", u"\U0001F600", kYes},
+      },
+      false);
+}
+
+TEST(RegExp, IgnoreCaseComparesCanonicalForms) {
+  RunTable(
+      {
+          {u"^[a-z]+$", u"ABC", kYes},
+          {u"\u00e9", u"\u00c9", kYes},
+          {u"^[\u00e0-\u00fe]$", u"\u00c0", kYes},
+          {u"^[^a]$", u"A", kNo},
+          {u"^\\W$", u"A", kNo},
+          {u"\u03c3", u"\u03c2", kYes},  // both upper-case to capital sigma
+          {u"\u00b5", u"\u03bc", kYes},  // micro sign and mu
+          // Nothing above 127 meets ASCII: long s, Kelvin sign.
+          {u"s", u"\u017f", kNo},
+          {u"\u017f", u"S", kNo},
+          {u"k", u"\u212a", kNo},
+          {u"\\w", u"\u212a", kNo},
+          {u"^(\u00e9)\\1$", u"\u00e9\u00c9", kYes},
+          {u"\\bfoo\\b", u"a FOO b", kYes},
+          {u"\\bfoo\\b", u"\u00e9FOO\u00e9", kYes},
+          {u"\\Bfoo", u"xFOO", kYes},
+      },
+      true);
+}
+
+TEST(RegExp, CatastrophicPatternsEndWithinLimits) {
+  std::u16string long_a(30000, u'a');
+  struct Limit {
+    std::u16string_view pattern;
+    std::u16string subject;
+  };
+  const Limit cases[] = {
+      {u"^(a|aa)+$", long_a.substr(0, 60) + u"!"},
+      {u"^(\\w+\\s?)*$", std::u16string(40, u'w') + u"!"},
+      {u"(a*)*b", long_a},
+  };
+  for (const Limit& c : cases) {
+    SCOPED_TRACE(String(c.pattern).ToUtf8());
+    auto start = std::chrono::steady_clock::now();
+    RegExp re;
+    re.SetPattern(c.pattern);
+    try {
+      EXPECT_FALSE(re.Test(c.subject));
+    } catch (const Error& e) {
+      EXPECT_EQ(e.Number(), kOutOfStackSpace);
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+  }
+}
+
+TEST(RegExp, LongSubjectsAndHugePatterns) {
+  std::u16string subject(100000, u'a');
+  subject += u'b';
+  EXPECT_EQ(Outcome(u"ab$", subject), kYes);
+  EXPECT_EQ(Outcome(u"^(?:a|c)*b$", subject), kYes);
+  // A million backtracking points are past every stack and heap limit.
+  std::u16string huge(1 << 20, u'a');
+  huge += u'b';
+  EXPECT_EQ(Outcome(u"ab$", huge), kYes);
+  RegExp re;
+  re.SetPattern(u"^(?:a|c)*b$");
+  try {
+    EXPECT_TRUE(re.Test(huge));
+  } catch (const Error& e) {
+    EXPECT_EQ(e.Number(), kOutOfStackSpace);
+  }
+
+  std::u16string too_long(300000, u'a');
+  EXPECT_EQ(Outcome(too_long, u"a"), kBadPattern);
+  std::u16string too_big;
+  for (int i = 0; i < 20000; ++i) too_big += u"(?:ab|cd)";
+  EXPECT_EQ(Outcome(too_big, u"ab"), kBadPattern);  // compiled form past PCRE2's size limit
+  std::u16string deep = std::u16string(300, u'(') + u"a" + std::u16string(300, u')');
+  EXPECT_EQ(Outcome(deep, u"a"), kBadPattern);
+  std::u16string nested = std::u16string(200, u'(') + u"a" + std::u16string(200, u')');
+  EXPECT_EQ(Outcome(nested, u"a"), kYes);
+}
+
+TEST(RegExp, CacheStaysBoundedAndKeepsAnswersRight) {
+  for (int round = 0; round < 2; ++round) {
+    for (int i = 0; i < 200; ++i) {
+      std::u16string pattern = u"^x" + std::u16string(static_cast<size_t>(i % 50), u'y') + u"$";
+      std::u16string subject = u"x" + std::u16string(static_cast<size_t>(i % 50), u'y');
+      bool ignore_case = i >= 100;
+      if (ignore_case) subject[0] = u'X';
+      EXPECT_EQ(Outcome(pattern, subject, ignore_case), kYes);
+      EXPECT_EQ(Outcome(pattern, subject + u"y", ignore_case), kNo);
+    }
+  }
+  EXPECT_LE(CachedRegExpCountForTesting(), 64u);
+  // A cached invalid pattern keeps failing.
+  EXPECT_EQ(Outcome(u"(", u"("), kBadPattern);
+  EXPECT_EQ(Outcome(u"(", u"("), kBadPattern);
+  // The same text with and without IgnoreCase are different patterns.
+  EXPECT_EQ(Outcome(u"a", u"A", false), kNo);
+  EXPECT_EQ(Outcome(u"a", u"A", true), kYes);
+  EXPECT_EQ(Outcome(u"a", u"A", false), kNo);
+}
+
+TEST(RegExp, ThreadsKeepTheirOwnEngines) {
+  std::vector<std::thread> threads;
+  std::vector<int> failures(4, 0);
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([t, &failures] {
+      for (int i = 0; i < 2000; ++i) {
+        std::u16string digits(static_cast<size_t>(t + 1), u'7');
+        RegExp re;
+        re.SetIgnoreCase(i % 2 == 0);
+        re.SetPattern(i % 3 == 0 ? std::u16string_view(u"^7+$") : std::u16string_view(u"^[a7]+$"));
+        if (!re.Test(digits) || re.Test(u"b")) ++failures[static_cast<size_t>(t)];
+      }
+    });
+  }
+  for (std::thread& th : threads) th.join();
+  EXPECT_EQ(failures, std::vector<int>(4, 0));
+}
+
+}  // namespace
+}  // namespace crvlib::platform
