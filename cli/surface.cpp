@@ -11,12 +11,20 @@ namespace crvlib::cli {
 // Each class's table lives in cli/surface_<class>.cpp. To add a class,
 // declare its function here and list it below, in type-library order.
 ClassInfo ConstantsClass();
+ClassInfo ConversionsClass();
+ClassInfo ValidationsClass();
 ClassInfo FunctionsClass();
+ClassInfo DLLRoutinesClass();
+ClassInfo SharedStringClass();
 
 const Surface& ShippedSurface() {
   static const Surface surface{{
       ConstantsClass(),
+      ConversionsClass(),
+      ValidationsClass(),
       FunctionsClass(),
+      DLLRoutinesClass(),
+      SharedStringClass(),
   }};
   return surface;
 }

@@ -45,6 +45,7 @@
 
 #include "crvlib/dynamic_string.h"
 #include "crvlib/enums.h"
+#include "crvlib/shared_string.h"
 #include "crvlib/variant.h"
 
 namespace crvlib::cli {
@@ -72,6 +73,10 @@ struct ObjectTraits;
 template <>
 struct ObjectTraits<DynamicString> {
   static constexpr std::string_view kName = "DynamicString";
+};
+template <>
+struct ObjectTraits<SharedString> {
+  static constexpr std::string_view kName = "SharedString";
 };
 
 template <class T>

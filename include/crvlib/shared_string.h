@@ -27,6 +27,11 @@ class SharedString {
  public:
   SharedString();
 
+  // True for a reference to no object (Nothing).
+  bool IsNothing() const { return impl_ == nullptr; }
+  // True when both refer to the same object.
+  bool Is(const SharedString& other) const { return impl_ == other.impl_; }
+
   // Maps the section `Name` of `Size` bytes, creating it (empty) when it
   // does not exist yet and keeping its content when it does. An empty Name
   // raises 5; a failing system call raises the system's error code.
