@@ -395,6 +395,7 @@ DynamicStringImpl::Ptr DynamicStringImpl::Clone() {
 namespace {
 
 using internal::DynamicStringImpl;
+using std::literals::operator""sv;  // sources with their length known at compile time
 
 template <class Fn>
 decltype(auto) Run(const DynamicString& self, std::u16string_view source, Fn&& fn) {
@@ -412,136 +413,136 @@ internal::DynamicStringImpl& DynamicString::impl() const {
 }
 
 String DynamicString::Value() const {
-  return Run(*this, u"CRVLIB.DynamicString::Value", [](auto& d) { return d.Value(); });
+  return Run(*this, u"CRVLIB.DynamicString::Value"sv, [](auto& d) { return d.Value(); });
 }
 
 void DynamicString::SetValue(const String& NewValue) {
-  Run(*this, u"CRVLIB.DynamicString::Value", [&](auto& d) { d.SetValue(NewValue); });
+  Run(*this, u"CRVLIB.DynamicString::Value"sv, [&](auto& d) { d.SetValue(NewValue); });
 }
 
 int32_t DynamicString::Start() const {
-  return Run(*this, u"CRVLIB.DynamicString::Start", [](auto& d) { return d.Start(); });
+  return Run(*this, u"CRVLIB.DynamicString::Start"sv, [](auto& d) { return d.Start(); });
 }
 
 int32_t DynamicString::StartB() const {
-  return Run(*this, u"CRVLIB.DynamicString::StartB", [](auto& d) { return d.StartB(); });
+  return Run(*this, u"CRVLIB.DynamicString::StartB"sv, [](auto& d) { return d.StartB(); });
 }
 
 int32_t DynamicString::Length() const {
-  return Run(*this, u"CRVLIB.DynamicString::Length", [](auto& d) { return d.Length(); });
+  return Run(*this, u"CRVLIB.DynamicString::Length"sv, [](auto& d) { return d.Length(); });
 }
 
 int32_t DynamicString::LengthB() const {
-  return Run(*this, u"CRVLIB.DynamicString::LengthB", [](auto& d) { return d.LengthB(); });
+  return Run(*this, u"CRVLIB.DynamicString::LengthB"sv, [](auto& d) { return d.LengthB(); });
 }
 
 bool DynamicString::Binary() const {
-  return Run(*this, u"CRVLIB.DynamicString::Binary", [](auto& d) { return d.Binary(); });
+  return Run(*this, u"CRVLIB.DynamicString::Binary"sv, [](auto& d) { return d.Binary(); });
 }
 
 void DynamicString::SetBinary(bool Value) {
-  Run(*this, u"CRVLIB.DynamicString::Binary", [&](auto& d) { d.SetBinary(Value); });
+  Run(*this, u"CRVLIB.DynamicString::Binary"sv, [&](auto& d) { d.SetBinary(Value); });
 }
 
 DynamicString DynamicString::Parent() const {
   return DynamicString(
-      Run(*this, u"CRVLIB.DynamicString::Parent", [](auto& d) { return d.Parent(); }));
+      Run(*this, u"CRVLIB.DynamicString::Parent"sv, [](auto& d) { return d.Parent(); }));
 }
 
 DynamicString DynamicString::SubString(int32_t Start, int32_t Length) {
-  return DynamicString(Run(*this, u"CRVLIB.DynamicString::SubString",
+  return DynamicString(Run(*this, u"CRVLIB.DynamicString::SubString"sv,
                            [&](auto& d) { return d.SubString(Start, Length); }));
 }
 
 DynamicString DynamicString::SubStringB(int32_t Start, int32_t Length) {
-  return DynamicString(Run(*this, u"CRVLIB.DynamicString::SubStringB",
+  return DynamicString(Run(*this, u"CRVLIB.DynamicString::SubStringB"sv,
                            [&](auto& d) { return d.SubStringB(Start, Length); }));
 }
 
 String DynamicString::Extract(int32_t Start, int32_t Length) const {
-  return Run(*this, u"CRVLIB.DynamicString::Extract",
+  return Run(*this, u"CRVLIB.DynamicString::Extract"sv,
              [&](auto& d) { return d.Extract(Start, Length); });
 }
 
 String DynamicString::ExtractB(int32_t Start, int32_t Length) const {
-  return Run(*this, u"CRVLIB.DynamicString::ExtractB",
+  return Run(*this, u"CRVLIB.DynamicString::ExtractB"sv,
              [&](auto& d) { return d.ExtractB(Start, Length); });
 }
 
 void DynamicString::Append(const String& NewValue) {
-  Run(*this, u"CRVLIB.DynamicString::Append", [&](auto& d) { d.Append(NewValue); });
+  Run(*this, u"CRVLIB.DynamicString::Append"sv, [&](auto& d) { d.Append(NewValue); });
 }
 
 void DynamicString::Prefix(const String& NewValue) {
-  Run(*this, u"CRVLIB.DynamicString::Prefix", [&](auto& d) { d.Prefix(NewValue); });
+  Run(*this, u"CRVLIB.DynamicString::Prefix"sv, [&](auto& d) { d.Prefix(NewValue); });
 }
 
 void DynamicString::Insert(const String& NewValue, int32_t Start) {
-  Run(*this, u"CRVLIB.DynamicString::Insert", [&](auto& d) { d.Insert(NewValue, Start); });
+  Run(*this, u"CRVLIB.DynamicString::Insert"sv, [&](auto& d) { d.Insert(NewValue, Start); });
 }
 
 void DynamicString::InsertB(const String& NewValue, int32_t Start) {
-  Run(*this, u"CRVLIB.DynamicString::InsertB", [&](auto& d) { d.InsertB(NewValue, Start); });
+  Run(*this, u"CRVLIB.DynamicString::InsertB"sv, [&](auto& d) { d.InsertB(NewValue, Start); });
 }
 
 void DynamicString::Delete(int32_t Start, int32_t Length) {
-  Run(*this, u"CRVLIB.DynamicString::Delete", [&](auto& d) { d.Delete(Start, Length); });
+  Run(*this, u"CRVLIB.DynamicString::Delete"sv, [&](auto& d) { d.Delete(Start, Length); });
 }
 
 void DynamicString::DeleteB(int32_t Start, int32_t Length) {
-  Run(*this, u"CRVLIB.DynamicString::DeleteB", [&](auto& d) { d.DeleteB(Start, Length); });
+  Run(*this, u"CRVLIB.DynamicString::DeleteB"sv, [&](auto& d) { d.DeleteB(Start, Length); });
 }
 
 void DynamicString::Replace(const String& NewValue, int32_t Start, int32_t Length) {
-  Run(*this, u"CRVLIB.DynamicString::Replace",
+  Run(*this, u"CRVLIB.DynamicString::Replace"sv,
       [&](auto& d) { d.Replace(NewValue, Start, Length); });
 }
 
 void DynamicString::ReplaceB(const String& NewValue, int32_t Start, int32_t Length) {
-  Run(*this, u"CRVLIB.DynamicString::ReplaceB",
+  Run(*this, u"CRVLIB.DynamicString::ReplaceB"sv,
       [&](auto& d) { d.ReplaceB(NewValue, Start, Length); });
 }
 
 int32_t DynamicString::Find(const String& FindValue, int32_t Start, int32_t Length,
                             vxCaseEnum CaseType) const {
-  return Run(*this, u"CRVLIB.DynamicString::Find",
+  return Run(*this, u"CRVLIB.DynamicString::Find"sv,
              [&](auto& d) { return d.Find(FindValue, Start, Length, CaseType); });
 }
 
 int32_t DynamicString::FindB(const String& FindValue, int32_t Start, int32_t Length,
                              vxCaseEnum CaseType) const {
-  return Run(*this, u"CRVLIB.DynamicString::FindB",
+  return Run(*this, u"CRVLIB.DynamicString::FindB"sv,
              [&](auto& d) { return d.FindB(FindValue, Start, Length, CaseType); });
 }
 
 int32_t DynamicString::Match(const String& Pattern, int32_t Start, int32_t Length,
                              vxMatchOptionsEnum Options) const {
-  return Run(*this, u"CRVLIB.DynamicString::Match",
+  return Run(*this, u"CRVLIB.DynamicString::Match"sv,
              [&](auto& d) { return d.Match(Pattern, Start, Length, Options); });
 }
 
 int32_t DynamicString::MatchB(const String& Pattern, int32_t Start, int32_t Length,
                               vxMatchOptionsEnum Options) const {
-  return Run(*this, u"CRVLIB.DynamicString::MatchB",
+  return Run(*this, u"CRVLIB.DynamicString::MatchB"sv,
              [&](auto& d) { return d.MatchB(Pattern, Start, Length, Options); });
 }
 
 DynamicString DynamicString::ChangeAll(const String& OldValue, const String& NewValue,
                                        vxCaseEnum CaseType) {
-  Run(*this, u"CRVLIB.DynamicString::ChangeAll",
+  Run(*this, u"CRVLIB.DynamicString::ChangeAll"sv,
       [&](auto& d) { d.ChangeAll(OldValue, NewValue, CaseType); });
   return *this;
 }
 
 int16_t DynamicString::Compare(const String& CompareValue, vxCaseEnum CaseType,
                                vxJustificationEnum Justification) const {
-  return Run(*this, u"CRVLIB.DynamicString::Compare",
+  return Run(*this, u"CRVLIB.DynamicString::Compare"sv,
              [&](auto& d) { return d.Compare(CompareValue, CaseType, Justification); });
 }
 
 DynamicString DynamicString::Clone() const {
   return DynamicString(
-      Run(*this, u"CRVLIB.DynamicString::Clone", [](auto& d) { return d.Clone(); }));
+      Run(*this, u"CRVLIB.DynamicString::Clone"sv, [](auto& d) { return d.Clone(); }));
 }
 
 }  // namespace crvlib
