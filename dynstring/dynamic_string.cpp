@@ -150,6 +150,11 @@ void DynamicStringImpl::Invalidate(DynamicStringImpl* view) {
 }
 
 void DynamicStringImpl::NotifyEdit(int32_t EditStart, int32_t EditLength, int32_t Delta) {
+  PropagateEdit(EditStart, EditLength, Delta);
+  AdjustChildren(nullptr, EditStart, int64_t{EditStart} + EditLength, Delta);
+}
+
+void DynamicStringImpl::PropagateEdit(int32_t EditStart, int32_t EditLength, int32_t Delta) {
   // Up the chain: at each level the parent sees the whole old range of the
   // child below as edited, and that child's siblings are checked against the
   // range the child itself was edited in.
@@ -169,7 +174,6 @@ void DynamicStringImpl::NotifyEdit(int32_t EditStart, int32_t EditLength, int32_
     old_length = parent_old_length;
     v = p;
   }
-  AdjustChildren(nullptr, EditStart, int64_t{EditStart} + EditLength, Delta);
 }
 
 int16_t DynamicStringImpl::CompareElements(const String& A, const String& B, int32_t Justification,

@@ -38,6 +38,8 @@ struct ScanCache {
   int32_t ScanPrevElement = 0;
   int32_t ScanPrevStart = 0;
   int32_t ScanPrevLength = 0;
+
+  friend bool operator==(const ScanCache&, const ScanCache&) = default;
 };
 
 class DynamicStringImpl : public std::enable_shared_from_this<DynamicStringImpl> {
@@ -97,8 +99,14 @@ class DynamicStringImpl : public std::enable_shared_from_this<DynamicStringImpl>
   // has already clamped to the view) with NewValue and notifies the family.
   void EditB(const String& NewValue, int32_t Start, int32_t Length);
   // Keeps the family consistent after this view's bytes [EditStart,
-  // EditStart + EditLength) were replaced by EditLength + Delta bytes.
+  // EditStart + EditLength) were replaced by EditLength + Delta bytes:
+  // PropagateEdit, then this view's own children against the edited range.
   void NotifyEdit(int32_t EditStart, int32_t EditLength, int32_t Delta);
+  // The edit's effect on this view and everything above it: each view on the
+  // way to the root changes length by Delta and keeps, backs up or resets its
+  // scan cache; at each level the other children are moved, left alone or
+  // invalidated.
+  void PropagateEdit(int32_t EditStart, int32_t EditLength, int32_t Delta);
 
   // Forgets the cached element; ScanAtEnd becomes (LengthB == 0). The
   // delimiter is kept.
@@ -124,7 +132,10 @@ class DynamicStringImpl : public std::enable_shared_from_this<DynamicStringImpl>
  private:
   // Raises 6 with this member's source when the family is in byte mode.
   void CheckCharacterMode(const char16_t* member);
-  // The edit bookkeeping of one view: its length and its scan cache.
+  // The edit bookkeeping of one view: its length and its scan cache. An edit
+  // at the cached element's start backs the cache up by one element; one
+  // before the end of the cached element's delimiter resets it; one after
+  // keeps it.
   void AdjustSelf(int32_t EditStart, int32_t Delta);
   // Moves or invalidates each valid child of this view except `skip`
   // against the replaced range [a, b) in this view's coordinates.

@@ -22,8 +22,9 @@
 // Errors carry the source "CRVLIB.DynamicString::<Member>", except the few a
 // member names itself (the validity check reports "::ValidateState", a
 // negative range in SubString and Extract "::SubStringB" and "::ExtractB").
-// A failed call changes nothing. Calling a member through a reference to no
-// object (IsNothing) raises 91.
+// A failed call changes nothing, except that ChangeAll keeps the replacements
+// made before the failure. Calling a member through a reference to no object
+// (IsNothing) raises 91.
 //
 //   DynamicString d;
 //   d.SetValue(u"Hello World");

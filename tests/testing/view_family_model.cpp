@@ -2,35 +2,12 @@
 
 #include <algorithm>
 
-#include "crvlib/error.h"
-
 namespace crvlib::testing {
-namespace {
 
-constexpr int32_t kInvalidView = kObjectErrorBase + 1701;
-constexpr int32_t kOverflow = 6;
-constexpr int32_t kBadArgument = 5;
-
-// Whether a character count still fits a Long once doubled to bytes.
-bool Doubles(int32_t chars) {
-  const int64_t bytes = int64_t{chars} * 2;
-  return bytes >= INT32_MIN && bytes <= INT32_MAX;
-}
-
-char16_t Fold(char16_t c) {
-  return c >= u'A' && c <= u'Z' ? c + 32 : c;
-}
-
-}  // namespace
-
-int32_t ViewFamilyModel::AbsoluteStart(int v) const {
-  return v < 0 ? 0 : views[v].start + AbsoluteStart(views[v].parent);
-}
-
-std::u16string ViewFamilyModel::Value(int v) const {
-  const size_t start = static_cast<size_t>(AbsoluteStart(v));
-  if (start >= text.size()) return u"";
-  return text.substr(start, static_cast<size_t>(views[v].length));
+int ViewFamilyModel::SubString(int v, int32_t start, int32_t length) {
+  start = std::min(start, views[v].length);
+  views.push_back({v, start, std::min(length, views[v].length - start), false});
+  return static_cast<int>(views.size()) - 1;
 }
 
 void ViewFamilyModel::Invalidate(int v) {
@@ -42,10 +19,9 @@ void ViewFamilyModel::Invalidate(int v) {
 }
 
 void ViewFamilyModel::Adjust(int v, int32_t a, int32_t b, int32_t delta) {
-  View& w = views[v];
-  if (w.start + w.length <= a) return;
-  if (w.start >= b) {
-    w.start += delta;
+  if (views[v].start + views[v].length <= a) return;
+  if (views[v].start >= b) {
+    views[v].start += delta;
   } else {
     Invalidate(v);
   }
@@ -64,7 +40,7 @@ void ViewFamilyModel::Propagate(int v, int32_t edit_start, int32_t edit_length, 
 }
 
 void ViewFamilyModel::Edit(int v, int32_t start, int32_t length, std::u16string_view s) {
-  text.replace(static_cast<size_t>(AbsoluteStart(v) + start), static_cast<size_t>(length), s);
+  text.replace(Absolute(v) + start, length, s);
   const int32_t delta = static_cast<int32_t>(s.size()) - length;
   Propagate(v, start, length, delta);
   for (int c = 0; c < static_cast<int>(views.size()); ++c) {
@@ -72,103 +48,36 @@ void ViewFamilyModel::Edit(int v, int32_t start, int32_t length, std::u16string_
   }
 }
 
-int32_t ViewFamilyModel::SetValue(int v, std::u16string_view s) {
-  if (views[v].invalid) return kInvalidView;
-  Edit(v, 0, views[v].length, s);
-  return 0;
-}
-
-int32_t ViewFamilyModel::SubString(int v, int32_t start, int32_t length, int* child) {
-  if (views[v].invalid) return kInvalidView;
-  if (!Doubles(start) || !Doubles(length)) return kOverflow;
-  if (start < 0 || length < 0) return kBadArgument;
-  start = std::min(start, views[v].length);
-  length = std::min(length, views[v].length - start);
-  views.push_back(View{v, start, length, false});
-  *child = static_cast<int>(views.size()) - 1;
-  return 0;
-}
-
-int32_t ViewFamilyModel::Insert(int v, std::u16string_view s, int32_t start) {
-  if (views[v].invalid) return kInvalidView;
-  if (!Doubles(start)) return kOverflow;
-  Edit(v, std::clamp(start, 0, views[v].length), 0, s);
-  return 0;
-}
-
-int32_t ViewFamilyModel::Append(int v, std::u16string_view s) {
-  if (views[v].invalid) return kInvalidView;
-  Edit(v, views[v].length, 0, s);
-  return 0;
-}
-
-int32_t ViewFamilyModel::Prefix(int v, std::u16string_view s) {
-  if (views[v].invalid) return kInvalidView;
-  Edit(v, 0, 0, s);
-  return 0;
-}
-
-int32_t ViewFamilyModel::Delete(int v, int32_t start, int32_t length) {
-  if (views[v].invalid) return kInvalidView;
-  if (!Doubles(start) || !Doubles(length)) return kOverflow;
-  start = std::clamp(start, 0, views[v].length);
-  if (length > 0) Edit(v, start, std::min(length, views[v].length - start), u"");
-  return 0;
-}
-
-int32_t ViewFamilyModel::Replace(int v, std::u16string_view s, int32_t start, int32_t length) {
-  if (views[v].invalid) return kInvalidView;
-  if (!Doubles(start) || !Doubles(length)) return kOverflow;
-  start = std::clamp(start, 0, views[v].length);
-  Edit(v, start, std::clamp(length, 0, views[v].length - start), s);
-  return 0;
-}
-
-int32_t ViewFamilyModel::FindChars(int v, std::u16string_view s, int32_t start, int32_t length,
-                                   bool fold) {
+int32_t ViewFamilyModel::Find(int v, std::u16string_view s, int32_t start, int32_t length,
+                              bool fold) const {
+  auto same = [fold](char16_t x, char16_t y) {
+    auto f = [](char16_t c) { return c >= u'A' && c <= u'Z' ? char16_t(c + 32) : c; };
+    return fold ? f(x) == f(y) : x == y;
+  };
   start = std::clamp(start, 0, views[v].length);
   if (length <= 0) return -1;
   length = std::min(length, views[v].length - start);
-  const int32_t from = AbsoluteStart(v) + start;
+  const int32_t from = Absolute(v) + start;
   const int32_t n = static_cast<int32_t>(s.size());
   if (from > static_cast<int32_t>(text.size()) - n) return -1;
   if (n == 0) return from;
-  if (n > length) return -1;
   for (int32_t r = from; r + n <= from + length; ++r) {
-    bool match = true;
-    for (int32_t k = 0; k < n && match; ++k) {
-      match = fold ? Fold(text[size_t(r + k)]) == Fold(s[size_t(k)])
-                   : text[size_t(r + k)] == s[size_t(k)];
-    }
-    if (match) return r;
+    if (std::equal(s.begin(), s.end(), text.begin() + r, same)) return r;
   }
   return -1;
 }
 
-int32_t ViewFamilyModel::Find(int v, std::u16string_view s, int32_t start, int32_t length,
-                              int32_t case_type, int32_t* result) {
-  if (views[v].invalid) return kInvalidView;
-  if (!Doubles(start) || !Doubles(length)) return kOverflow;
-  *result = FindChars(v, s, start, length, case_type == 0);
-  return 0;
-}
-
-int32_t ViewFamilyModel::ChangeAll(int v, std::u16string_view old_value,
-                                   std::u16string_view new_value, int32_t case_type) {
-  if (views[v].invalid) return kInvalidView;
-  if (old_value.empty()) return kBadArgument;
-  int32_t p = 0;
-  for (;;) {
-    const int32_t r = FindChars(v, old_value, p, views[v].length, case_type == 0);
-    if (r < 0) break;
-    // The root-relative hit is used as a position in the view, as is.
+void ViewFamilyModel::ChangeAll(int v, std::u16string_view old_value, std::u16string_view new_value,
+                                bool fold) {
+  for (int32_t p = 0;;) {
+    const int32_t r = Find(v, old_value, p, views[v].length, fold);
+    if (r < 0) return;
+    // The root-relative hit is used as a position in the view, with
+    // Replace's clamps.
     const int32_t start = std::clamp(r, 0, views[v].length);
-    const int32_t length =
-        std::clamp(static_cast<int32_t>(old_value.size()), 0, views[v].length - start);
-    Edit(v, start, length, new_value);
+    Edit(v, start, std::min<int32_t>(old_value.size(), views[v].length - start), new_value);
     p = r + static_cast<int32_t>(new_value.size());
   }
-  return 0;
 }
 
 }  // namespace crvlib::testing

@@ -1,11 +1,8 @@
-// A deliberately plain model of one DynamicString family, for the character
-// members: the text as a std::u16string, each view as (parent, start, length,
-// invalid) in characters, edits done on the string and announced by
-// recursive functions that follow the notification rules word for word
-// (no iteration tricks, no links: children are found by scanning the list).
-//
-// Each operation returns the error number the real object must raise (0 for
-// none) and leaves the model unchanged when it is not 0.
+// A deliberately plain model of one DynamicString family in characters: the
+// text as a std::u16string, each view as (parent, start, length, invalid),
+// edits done on the string and announced by recursive functions that follow
+// the notification rules word for word, finding children by scanning the list.
+// Callers apply each member's own clamps and error checks before calling.
 #ifndef CRVLIB_TESTS_TESTING_VIEW_FAMILY_MODEL_H_
 #define CRVLIB_TESTS_TESTING_VIEW_FAMILY_MODEL_H_
 
@@ -16,38 +13,25 @@
 
 namespace crvlib::testing {
 
-class ViewFamilyModel {
- public:
+struct ViewFamilyModel {
   struct View {
-    int parent = -1;  // index into views; -1 for the root
-    int32_t start = 0;
-    int32_t length = 0;
-    bool invalid = false;
+    int parent;  // index into views; -1 for the root
+    int32_t start, length;
+    bool invalid;
   };
-
   std::u16string text;
-  std::vector<View> views{View{}};  // views[0] is the root
+  std::vector<View> views{{-1, 0, 0, false}};  // views[0] is the root
 
-  int32_t AbsoluteStart(int v) const;
-  // The text of a view, clamped as the buffer's read clamps it.
-  std::u16string Value(int v) const;
-
-  int32_t SetValue(int v, std::u16string_view s);
-  int32_t SubString(int v, int32_t start, int32_t length, int* child);
-  int32_t Insert(int v, std::u16string_view s, int32_t start);
-  int32_t Append(int v, std::u16string_view s);
-  int32_t Prefix(int v, std::u16string_view s);
-  int32_t Delete(int v, int32_t start, int32_t length);
-  int32_t Replace(int v, std::u16string_view s, int32_t start, int32_t length);
-  // ASCII case folding only; `*result` in characters, counted from the root.
-  int32_t Find(int v, std::u16string_view s, int32_t start, int32_t length, int32_t case_type,
-               int32_t* result);
-  int32_t ChangeAll(int v, std::u16string_view old_value, std::u16string_view new_value,
-                    int32_t case_type);
+  int32_t Absolute(int v) const { return v < 0 ? 0 : views[v].start + Absolute(views[v].parent); }
+  std::u16string Value(int v) const { return text.substr(Absolute(v), views[v].length); }
+  int SubString(int v, int32_t start, int32_t length);  // clamps, as SubString does
+  // Replaces [start, start + length) of view v, a range inside it.
+  void Edit(int v, int32_t start, int32_t length, std::u16string_view s);
+  // FindB's clamps and FindBytes' rules in characters; counts from the root.
+  int32_t Find(int v, std::u16string_view s, int32_t start, int32_t length, bool fold) const;
+  void ChangeAll(int v, std::u16string_view old_value, std::u16string_view new_value, bool fold);
 
  private:
-  int32_t FindChars(int v, std::u16string_view s, int32_t start, int32_t length, bool fold);
-  void Edit(int v, int32_t start, int32_t length, std::u16string_view s);
   void Propagate(int v, int32_t edit_start, int32_t edit_length, int32_t delta);
   void Adjust(int v, int32_t a, int32_t b, int32_t delta);
   void Invalidate(int v);
