@@ -20,6 +20,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "core/error_frame.h"
 #include "crvlib/dynamic_string.h"
