@@ -44,11 +44,8 @@ String Element(DynamicString& s, const String& delimiter, int32_t position) {
   return s.ExtractElement(delimiter, position).Value();
 }
 
-// The specification in a DynamicString, with a UNC form rewritten as asked.
-DynamicString Load(const String& FileName, UncForm form) {
-  DynamicString s;
-  s.SetValue(FileName);
-  if (form == UncForm::kAsIs || !IsUnc(FileName)) return s;
+// Rewrites \\server\share\rest in place as \\server\share:\rest or x:\rest.
+void RewriteUnc(DynamicString& s, UncForm form) {
   std::u16string drive = u"x:\\";
   if (form == UncForm::kShareAsDrive) {
     const String server = Element(s, kBackslash, 3);
@@ -58,6 +55,12 @@ DynamicString Load(const String& FileName, UncForm form) {
   // Two empty elements, the server and the share.
   for (int k = 0; k < 4; ++k) s.DeleteElement(kBackslash, 1);
   s.Prefix(String(std::move(drive)));
+}
+
+DynamicString Load(const String& FileName, UncForm form) {
+  DynamicString s;
+  s.SetValue(FileName);
+  if (form != UncForm::kAsIs && IsUnc(FileName)) RewriteUnc(s, form);
   return s;
 }
 
@@ -180,15 +183,19 @@ void Functions::ParseFileName(const String& FileName, String& Drive, String& Pat
                               String& Extension) {
   Trap(u"CRVLIB.Functions::ParseFileName", [&] {
     if (FileName.empty()) return;
-    // The share form serves the path too: its folders come out as with x:\.
+    // The name and extension come from the specification as written, as in
+    // ParseGetFileName; the drive and the folders from the share form, which
+    // gives the same folders as x:\ does.
     const bool unc = IsUnc(FileName);
-    DynamicString s = Load(FileName, UncForm::kShareAsDrive);
+    DynamicString s = Load(FileName, UncForm::kAsIs);
+    const String last = LastOf(s);
+    if (unc) RewriteUnc(s, UncForm::kShareAsDrive);
     const int32_t n = s.CountElements(kBackslash);
-    const String last = Element(s, kBackslash, n);
     String drive = DriveOf(s, unc);
     // Unlike ParseGetPath, a specification without any backslash gets the
     // root as its path when it has a drive (C:file.txt gives \), on purpose.
-    String path = n == 1 ? String(drive.empty() ? u"" : u"\\") : PathOf(s, last);
+    String path =
+        n == 1 ? String(drive.empty() ? u"" : u"\\") : PathOf(s, Element(s, kBackslash, n));
     String name = DotElement(last, -1);
     String extension = DotElement(last, 0);
     // Written only now: FileName may be one of the outputs.

@@ -46,8 +46,7 @@ TEST(Paths, SplitsSpecifications) {
        u"txt", u"\\dir\\sub\\"},
       {u"\\\\srv\\share\\dir\\file.txt", u"\\\\srv\\share", u"\\dir\\", u"", u"file", u"file.txt",
        u"txt", u"\\dir\\"},
-      // A bare share: ParseFileName reads the name from the rewritten form,
-      // where nothing follows the share.
+      // A bare share: the name is read from the specification as written.
       {u"\\\\srv\\share", u"\\\\srv\\share", u"\\", u"", u"share", u"share", u"share", u"\\"},
       {u"file.txt", u"", u"", u"", u"file", u"file.txt", u"txt", u""},
       {u"C:file.txt", u"C", u"", u"", u"C:file", u"C:file.txt", u"txt", u"\\"},
