@@ -9,6 +9,9 @@ namespace {
 using DS = DynamicString;
 constexpr int32_t kLength = DynamicString::kMaxLength;
 constexpr int32_t kLengthB = DynamicString::kMaxLengthB;
+// The overload the type library shows, with its by-reference EOF flag.
+constexpr auto kExtractElement =
+    static_cast<DynamicString (DS::*)(const String&, int32_t, bool&)>(&DS::ExtractElement);
 }  // namespace
 
 ClassInfo DynamicStringClass() {
@@ -98,7 +101,54 @@ ClassInfo DynamicStringClass() {
                               "version: always returns -1.",
                               ByRef("Pattern"), Optional("Start", int32_t{0}),
                               Optional("Length", kLengthB), Optional("Options", vxNoOptionsSet)),
-          // The element members come here.
+          Method<kExtractElement>(
+              "ExtractElement",
+              "Returns a live view of element Position of the dynamic string array (0 the whole "
+              "value, -1 the last element). Past the end the view is empty and EOF is set to "
+              "True.",
+              ByRef("Delimiter"), In("Position"), OptionalByRef("EOF", false)),
+          Method<&DS::InsertElement>(
+              "InsertElement",
+              "Inserts NewValue so that it becomes element Position, padding with empty "
+              "elements beyond the end. Returns this object.",
+              ByRef("NewValue"), ByRef("Delimiter"), Optional("Position", int32_t{0})),
+          Method<&DS::InsertElementSorted>(
+              "InsertElementSorted",
+              "Inserts NewValue into an ordered dynamic string array. Returns the position given "
+              "to it, or 0 when a duplicate was refused.",
+              ByRef("NewValue"), ByRef("Delimiter"), Optional("SortOrder", vxAscending),
+              Optional("Justification", vxLeftJustify), Optional("CaseType", vxCaseSensitive),
+              Optional("AllowDuplication", vxAllowDuplicates)),
+          Method<&DS::DeleteElement>("DeleteElement",
+                                     "Removes element Position together with one delimiter (0 "
+                                     "removes everything, -1 the last element). Returns this "
+                                     "object.",
+                                     ByRef("Delimiter"), In("Position")),
+          Method<&DS::ReplaceElement>("ReplaceElement",
+                                      "Replaces element Position with NewValue, padding beyond "
+                                      "the end (0 replaces the whole value). Returns this object.",
+                                      ByRef("NewValue"), ByRef("Delimiter"), In("Position")),
+          Method<&DS::LocateElement>(
+              "LocateElement",
+              "Returns the number of the first element from Position on that equals, begins "
+              "with, ends with or contains FindValue; 0 when there is none.",
+              ByRef("FindValue"), ByRef("Delimiter"), Optional("Position", int32_t{0}),
+              Optional("MatchType", vxExactMatch), Optional("CaseType", vxCaseSensitive)),
+          Method<&DS::MatchElement>("MatchElement",
+                                    "Regular-expression location of an element; not offered in "
+                                    "this version: always returns 0.",
+                                    ByRef("Pattern"), ByRef("Delimiter"),
+                                    Optional("Position", int32_t{0}),
+                                    Optional("RegexOptions", vxNoOptionsSet)),
+          Method<&DS::CountElements>("CountElements",
+                                     "Returns the number of elements in the dynamic string array.",
+                                     ByRef("Delimiter")),
+          Method<&DS::SortElements>(
+              "SortElements",
+              "Sorts the elements of the dynamic string array (equal elements keep their order). "
+              "Returns this object.",
+              ByRef("Delimiter"), Optional("SortOrder", vxAscending),
+              Optional("Justification", vxLeftJustify), Optional("CaseType", vxCaseSensitive)),
           Method<&DS::ChangeAll>("ChangeAll",
                                  "Replaces every occurrence of OldValue with NewValue. Returns "
                                  "this object.",
