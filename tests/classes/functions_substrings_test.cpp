@@ -74,8 +74,9 @@ TEST(Field, JoinsElementsFromPosition) {
       {u"a||b", u"||", 1, 2, u"a||b"},        // a delimiter of two characters
       {u"a|||b", u"||", 2, 1, u"|b"},         // matched left to right
       {u"", u"|", 1, 3, u"||"},
-      {u"abc", u"", 0, 1, u"abc"},  // position 0 never looks at the delimiter
-      {u"a|b", u"|", INT_MAX, 1, u""},
+      {u"abc", u"", 0, 1, u"abc"},       // position 0 never looks at the delimiter
+      {u"a|b", u"|", INT_MAX, 1, u"b"},  // ExtractElement reads INT_MAX as -1
+      {u"a|b", u"|", 5, 1, u""},
       {u"a|b", u"|", -2, 1, u"!", 5},           // ExtractElement refuses below -1
       {u"abc", u"", 0, 2, u"!", 5},             // an empty delimiter cannot be scanned
       {u"a|b", u"|", INT_MAX - 1, 2, u"!", 6},  // Position + i overflows before the - 1
