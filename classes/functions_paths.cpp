@@ -1,23 +1,23 @@
-// The path routines of Functions: splitting a Windows file specification
-// into drive, folder path, file name and extension, and the user's documents
-// folder.
+// The path routines of Functions: splitting a Windows file name with its
+// folders into drive, folder path, name and extension, and the user's
+// documents folder.
 //
-// The splitting never looks at the file system: the specification goes into
-// a DynamicString and is cut with its element members, by "\" for the
-// folders, by ":" for the drive and by "." for the extension. So the engine's
-// rules decide the edges: a name without a dot is element 0 (the whole name)
-// of itself, a position past the end gives "", and a colon counts only after
-// the first character, because Find answers a 0-based offset and only an
-// offset of 1 or more is taken as a drive separator.
+// The splitting never looks at the file system: the file name goes into a
+// DynamicString and is cut with its element members, by "\" for the folders,
+// by ":" for the drive and by "." for the extension. So the engine's rules
+// decide the edges: a name without a dot is element 0 (the whole name) of
+// itself, a position past the end gives "", and a colon counts only after the
+// first character, because Find answers a 0-based offset and only an offset
+// of 1 or more is taken as a drive separator.
 //
-// Two forms are rewritten before the split. A UNC specification
-// \\server\share\rest becomes \\server\share:\rest, so the server and share
-// read as the drive, or x:\rest where only the folders matter. A
-// specification whose first folder is "my documents" (any case) takes its
-// drive and path from the documents folder: element 1 and element 2 by ":"
-// of that folder's path. On a system whose paths have no drive letter
-// ("/home/ann/Documents/") that makes the whole folder the drive and leaves
-// the path empty; the rule is applied as it stands there too.
+// Two forms are rewritten before the split. A UNC name \\server\share\rest
+// becomes \\server\share:\rest, so the server and share read as the drive, or
+// x:\rest where only the folders matter. A file name whose first folder is
+// "my documents" (any case) takes its drive and path from the documents
+// folder: element 1 and element 2 by ":" of that folder's path. On a system
+// whose paths have no drive letter ("/home/ann/Documents/") that makes the
+// whole folder the drive and leaves the path empty; the rule is applied as it
+// stands there too.
 #include <string>
 #include <string_view>
 #include <utility>
@@ -85,7 +85,7 @@ String WithTrailingBackslash(const String& path) {
   return String(path.ToU16() + u"\\");
 }
 
-// The text after the last backslash, or the whole specification.
+// The text after the last backslash, or the whole file name.
 String LastOf(DynamicString& s) {
   return Element(s, kBackslash, s.CountElements(kBackslash));
 }
@@ -145,7 +145,7 @@ String Functions::ParseGetPath(const String& FileName) {
 String Functions::ParseGetFullPath(const String& FileName) {
   return Trap(u"CRVLIB.Functions::ParseGetFullPath", [&] {
     if (FileName.empty()) return String();
-    // No UNC form here: a UNC specification has no colon and an empty first
+    // No UNC form here: a UNC name has no colon and an empty first
     // folder, so it has no full path.
     DynamicString s = Load(FileName, UncForm::kAsIs);
     const String last = LastOf(s);
@@ -183,7 +183,7 @@ void Functions::ParseFileName(const String& FileName, String& Drive, String& Pat
                               String& Extension) {
   Trap(u"CRVLIB.Functions::ParseFileName", [&] {
     if (FileName.empty()) return;
-    // The name and extension come from the specification as written, as in
+    // The name and extension come from the file name as written, as in
     // ParseGetFileName; the drive and the folders from the share form, which
     // gives the same folders as x:\ does.
     const bool unc = IsUnc(FileName);
@@ -192,7 +192,7 @@ void Functions::ParseFileName(const String& FileName, String& Drive, String& Pat
     if (unc) RewriteUnc(s, UncForm::kShareAsDrive);
     const int32_t n = s.CountElements(kBackslash);
     String drive = DriveOf(s, unc);
-    // Unlike ParseGetPath, a specification without any backslash gets the
+    // Unlike ParseGetPath, a file name without any backslash gets the
     // root as its path when it has a drive (C:file.txt gives \), on purpose.
     String path =
         n == 1 ? String(drive.empty() ? u"" : u"\\") : PathOf(s, Element(s, kBackslash, n));

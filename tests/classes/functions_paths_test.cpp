@@ -1,4 +1,4 @@
-// Splitting file specifications: drive, folders, name and extension, the UNC
+// Splitting file names: drive, folders, name and extension, the UNC
 // and "my documents" forms, against a documents folder in a temporary home.
 #include <stdlib.h>
 
@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What every routine gives for one specification. ParseFileName agrees with
+// What every routine gives for one file name. ParseFileName agrees with
 // the single routines except for its Path, which is listed apart.
 struct Split {
   std::u16string file, drive, path, full_path, name, full_name, extension, file_path;
@@ -39,14 +39,14 @@ void ExpectSplit(const Split& c) {
   EXPECT_EQ(extension, c.extension);
 }
 
-TEST(Paths, SplitsSpecifications) {
+TEST(Paths, SplitsFileNames) {
   const Split kCases[] = {
       // file, drive, path, full path, name, full name, extension, ParseFileName's path
       {u"C:\\dir\\sub\\file.txt", u"C", u"\\dir\\sub\\", u"C:\\dir\\sub\\", u"file", u"file.txt",
        u"txt", u"\\dir\\sub\\"},
       {u"\\\\srv\\share\\dir\\file.txt", u"\\\\srv\\share", u"\\dir\\", u"", u"file", u"file.txt",
        u"txt", u"\\dir\\"},
-      // A bare share: the name is read from the specification as written.
+      // A bare share: the name is read from the file name as written.
       {u"\\\\srv\\share", u"\\\\srv\\share", u"\\", u"", u"share", u"share", u"share", u"\\"},
       {u"file.txt", u"", u"", u"", u"file", u"file.txt", u"txt", u""},
       {u"C:file.txt", u"C", u"", u"", u"C:file", u"C:file.txt", u"txt", u"\\"},
