@@ -2,13 +2,22 @@
 // as "^H" and its code page code in upper-case hexadecimal without leading
 // zeros ("AB\n" -> "^H41^H42^HA"); codes come from the fixed single-byte code
 // page, so each is one or two digits and a character outside the page is
-// written as the code of "?", 3F. The reverse conversion runs on the element
-// engine and lives with the element routines.
+// written as the code of "?", 3F.
+//
+// The reverse reads the form as a dynamic string array with the delimiter
+// "^H": element 1 is the empty text before the leading "^H" and every later
+// element is one code. Each code is read as the runtime reads "&H" followed
+// by it: the longest hexadecimal prefix counts and the rest is ignored, no
+// digit at all gives 0 (so "^H" alone is one character of code 0), and up to
+// FFFF the value is a signed 16-bit one, so FFFF is -1. A code the code page
+// has no character for raises 5.
 #include <string>
 
 #include "core/error_frame.h"
 #include "crvlib/functions.h"
 #include "runtime/code_page.h"
+#include "runtime/rounding.h"
+#include "runtime/val.h"
 
 namespace crvlib {
 
@@ -29,6 +38,31 @@ String Functions::ConvertStrToHex(const String& Value) {
       hex.push_back(kDigits[code & 15]);
     }
     return String(std::move(hex));
+  });
+}
+
+String Functions::ConvertHexToStr(const String& HexString) {
+  constexpr std::u16string_view kSource = u"CRVLIB.Functions::ConvertHexToStr";
+  constexpr std::u16string_view kMark = u"^H";
+  // Raised outside the frame, so the caller gets it exactly as built here.
+  if (!HexString.view().starts_with(kMark)) {
+    const Variant inserts[] = {Variant(u"\r")};
+    internal::RaiseLibrary(vxInvalidHexString, kSource, inserts);
+  }
+  return internal::Trap(kSource, [&] {
+    const String mark(kMark);
+    DynamicString hex;
+    hex.SetValue(HexString);
+    DynamicString text;
+    std::u16string literal(u"&H");
+    const int32_t count = hex.CountElements(mark);
+    for (int32_t i = 2; i <= count; ++i) {
+      literal.resize(2);
+      literal.append(hex.ExtractElement(mark, i).Value().view());
+      const int32_t code = internal::DoubleToLong(internal::Val(literal));
+      text.Append(String(std::u16string(1, internal::Chr(code))));
+    }
+    return text.Value();
   });
 }
 

@@ -90,6 +90,9 @@ ClassInfo FunctionsClass() {
           Method<&Functions::ToDynamicString>(
               "ToDynamicString", "Returns a new DynamicString holding Value.", ByRef("Value")),
           // Substrings and characters.
+          Method<&Functions::Change>(
+              "Change", "Replaces one sub-string within a string with another sub-string.",
+              ByRef("Value"), ByRef("FindValue"), ByRef("ReplaceValue")),
           Method<&Functions::StripChar>("StripChar",
                                         "Returns a modified string by stripping out a supplied "
                                         "character from the supplied string.",
@@ -99,6 +102,11 @@ ClassInfo FunctionsClass() {
               "Replaces a character within a string with another character, returning a "
               "converted string. Characters are identified by their ASCII number.",
               In("Value"), ByRef("OldCharASCII"), ByRef("NewCharASCII")),
+          Method<&Functions::Field>(
+              "Field",
+              "Returns a sub-string from a delimited string after specifying delimiter, starting "
+              "position, and the number of sub-strings to returned.",
+              ByRef("Value"), ByRef("Delimiter"), In("Position"), Optional("Count", int32_t{1})),
           Method<kParseStr>(
               "ParseStr",
               "Parses a given string returning the next segment based on a starting position "
@@ -115,6 +123,12 @@ ClassInfo FunctionsClass() {
               "to use as the Pad character is also passed as an argument. Returns modified "
               "string.",
               ByRef("Value"), ByRef("PadCharacter"), In("Length")),
+          Method<&Functions::QuoteStr>(
+              "QuoteStr", "Wraps the passed string in single quotes. Returns modified string.",
+              ByRef("Value")),
+          Method<&Functions::DblQuoteStr>(
+              "DblQuoteStr", "Wraps the passed string in double quotes. Returns modified string.",
+              ByRef("Value")),
           Method<&Functions::CenterJustify>(
               "CenterJustify",
               "Centers a string into a string of given characters of a specified length. Default "
@@ -131,6 +145,43 @@ ClassInfo FunctionsClass() {
               "length. Default character is a space.",
               ByRef("Value"), ByRef("Length"), Optional("FillCharacter", String(u" "))),
           // Paths.
+          Method<&Functions::ParseGetDrive>(
+              "ParseGetDrive",
+              "Returns the drive letter from supplied string, assuming the supplied string is a "
+              "full qualified path and file name.",
+              ByRef("FileName")),
+          Method<&Functions::ParseGetPath>(
+              "ParseGetPath",
+              "Returns the path segment from supplied string, assuming the supplied string is a "
+              "full qualified path and file name.",
+              ByRef("FileName")),
+          Method<&Functions::ParseGetFullPath>(
+              "ParseGetFullPath",
+              "Returns the path segment from supplied string, assuming the supplied string is a "
+              "full qualified path and file name. The full path includes the drive letter.",
+              ByRef("FileName")),
+          Method<&Functions::ParseGetFileName>(
+              "ParseGetFileName",
+              "Returns the file name segment from supplied string, assuming the supplied string "
+              "is a full qualified path and file name.",
+              ByRef("FileName")),
+          Method<&Functions::ParseGetFullFileName>(
+              "ParseGetFullFileName",
+              "Returns the file name segment from supplied string, assuming the supplied string "
+              "is a full qualified path and file name. The full name includes the file "
+              "extension.",
+              ByRef("FileName")),
+          Method<&Functions::ParseGetExtension>(
+              "ParseGetExtension",
+              "Returns the file extension segment from supplied string, assuming the supplied "
+              "string is a full qualified path and file name.",
+              ByRef("FileName")),
+          Method<&Functions::ParseFileName>(
+              "ParseFileName",
+              "Returns the different segments from supplied string, assuming the supplied string "
+              "is a full qualified path and file name. Updates the Drive, Path, FileName, and "
+              "Extension arguments that are passed by reference.",
+              ByRef("FileName"), ByRef("Drive"), ByRef("Path"), ByRef("Name"), ByRef("Extension")),
           Method<&Functions::GetMyDocumentsPath>(
               "GetMyDocumentsPath", "Returns the path to the system's My Documents folder."),
           // Hex and C strings.
@@ -139,6 +190,10 @@ ClassInfo FunctionsClass() {
               "Convert a string to a Hex representation of the string. Each character's Hex "
               "representation is prefixed with \"^H\".",
               ByRef("Value")),
+          Method<&Functions::ConvertHexToStr>(
+              "ConvertHexToStr",
+              "Convert a Hex respresentation of a string to the original string.",
+              ByRef("HexString")),
           Method<&Functions::CStrToBStr>("CStrToBStr",
                                          "Converts a null terminated C string into a Basic string.",
                                          ByRef("CString")),

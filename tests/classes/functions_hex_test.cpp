@@ -1,7 +1,13 @@
 // The "^H" hex form and C strings.
 #include <gtest/gtest.h>
 
+#include <random>
+#include <string>
+
+#include "core/message_catalogue.h"
+#include "crvlib/error.h"
 #include "crvlib/functions.h"
+#include "runtime/code_page.h"
 
 namespace crvlib {
 namespace {
@@ -11,6 +17,67 @@ TEST(ConvertStrToHex, WritesCodePageCodesWithoutLeadingZeros) {
   EXPECT_EQ(Functions::ConvertStrToHex(String(std::u16string(1, u'\0'))), u"^H0");
   EXPECT_EQ(Functions::ConvertStrToHex(u"AB\n\u00FF"), u"^H41^H42^HA^HFF");
   EXPECT_EQ(Functions::ConvertStrToHex(u"\u20AC\u0100"), u"^H80^H3F");  // euro; outside: "?"
+}
+
+TEST(ConvertHexToStr, ReadsEachCodeAsAHexLiteral) {
+  struct Case {
+    std::u16string_view hex;
+    std::u16string want;
+  };
+  const Case kCases[] = {
+      {u"^H41^H42", u"AB"},
+      {u"^H41^Hzz^H42", std::u16string(u"A\0B", 3)},  // no digit reads as 0
+      {u"^H4G", u"\x04"},                             // the digits end at G
+      {u"^H", std::u16string(1, u'\0')},              // one empty code, not nothing
+      {u"^H^H41", std::u16string(u"\0A", 2)},
+      {u"^Hff^H80", u"\u00FF\u20AC"},  // lower case; codes through the code page
+      {u"^H00FF", u"\u00FF"},          // leading zeros
+      {u"^H 4 1", u"A"},               // blanks are skipped inside a literal
+      {u"^H41&", u"A"},                // a type suffix ends the literal
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(String(c.hex).ToUtf8());
+    EXPECT_EQ(Functions::ConvertHexToStr(String(c.hex)), c.want);
+  }
+}
+
+TEST(ConvertHexToStr, RaisesForAMissingMarkAndCodesOutsideTheCodePage) {
+  const Variant cr[] = {Variant(u"\r")};
+  const String description = internal::MakeBuiltinCatalogue()->GetMessage(1009, cr);
+  for (std::u16string_view hex : {u"", u"41", u"^h41", u"H41", u" ^H41"}) {
+    SCOPED_TRACE(String(hex).ToUtf8());
+    try {
+      Functions::ConvertHexToStr(String(hex));
+      ADD_FAILURE() << "no error";
+    } catch (const Error& e) {
+      EXPECT_EQ(e.Number(), -2147220495);
+      EXPECT_EQ(e.Source(), u"CRVLIB.Functions::ConvertHexToStr");
+      EXPECT_EQ(e.Description(), description);
+    }
+  }
+  // FFFF is a 16-bit -1 and 100 is past the code page: Chr refuses both.
+  for (std::u16string_view hex : {u"^H41^HFFFF", u"^H100", u"^HFFFF&"}) {
+    SCOPED_TRACE(String(hex).ToUtf8());
+    try {
+      Functions::ConvertHexToStr(String(hex));
+      ADD_FAILURE() << "no error";
+    } catch (const Error& e) {
+      EXPECT_EQ(e.Number(), 5);
+      EXPECT_EQ(e.Source(), u"CRVLIB.Functions::ConvertHexToStr");
+    }
+  }
+}
+
+TEST(ConvertHexToStr, UndoesConvertStrToHex) {
+  std::mt19937 rng(7);
+  for (int round = 0; round < 2000; ++round) {
+    std::u16string text;
+    for (int k = std::uniform_int_distribution<int>(1, 40)(rng); k > 0; --k) {
+      text += internal::Chr(std::uniform_int_distribution<int>(0, 255)(rng));
+    }
+    const String hex = Functions::ConvertStrToHex(String(text));
+    ASSERT_EQ(Functions::ConvertHexToStr(hex), text) << hex;
+  }
 }
 
 TEST(CStrToBStr, CutsAtTheFirstNul) {

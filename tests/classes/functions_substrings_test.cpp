@@ -1,0 +1,144 @@
+// Change, the quoting routines and Field, which run on a temporary
+// DynamicString.
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "crvlib/error.h"
+#include "crvlib/functions.h"
+
+namespace crvlib {
+namespace {
+
+using Raised = std::pair<int32_t, std::u16string>;  // number and source; 0 when none
+
+Raised ErrorOf(const std::function<void()>& fn) {
+  try {
+    fn();
+  } catch (const Error& e) {
+    return {e.Number(), e.Source().ToU16()};
+  }
+  return {0, u""};
+}
+
+TEST(Change, ReplacesEveryOccurrenceCaseSensitively) {
+  struct Case {
+    std::u16string_view value, find, replace, want;
+  };
+  constexpr Case kCases[] = {
+      {u"a.b.c", u".", u"-", u"a-b-c"},  // every occurrence
+      {u"aAa", u"a", u"x", u"xAx"},      // case-sensitive
+      {u"aaa", u"a", u"aa", u"aaaaaa"},  // replaced text is not searched again
+      {u"aaaa", u"aa", u"b", u"bb"},     // matches never overlap
+      {u"abcabc", u"bc", u"", u"aa"},    // deleting
+      {u"abc", u"abcd", u"x", u"abc"},   // longer than the value
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(String(c.value).ToUtf8() + " / " + String(c.find).ToUtf8());
+    EXPECT_EQ(Functions::Change(String(c.value), String(c.find), String(c.replace)), c.want);
+  }
+  // An empty FindValue is refused by ChangeAll, reported under Change.
+  EXPECT_EQ(ErrorOf([] { Functions::Change(u"abc", u"", u"x"); }),
+            Raised(5, u"CRVLIB.Functions::Change"));
+}
+
+TEST(QuoteStr, DoublesEmbeddedQuotesAndWraps) {
+  EXPECT_EQ(Functions::QuoteStr(u""), u"''");
+  EXPECT_EQ(Functions::QuoteStr(u"it's"), u"'it''s'");
+  EXPECT_EQ(Functions::QuoteStr(u"say \"hi\""), u"'say \"hi\"'");  // the other quote stays
+  EXPECT_EQ(Functions::DblQuoteStr(u""), u"\"\"");
+  EXPECT_EQ(Functions::DblQuoteStr(u"a\"b\"c"), u"\"a\"\"b\"\"c\"");
+}
+
+TEST(Field, JoinsElementsFromPosition) {
+  struct Case {
+    std::u16string_view value, delimiter;
+    int32_t position, count;
+    std::u16string_view want;  // "!" when `error` is expected instead
+    int32_t error = 0;
+  };
+  const Case kCases[] = {
+      {u"a|b|c", u"|", 2, 1, u"b"},
+      {u"a|b|c", u"|", 2, 2, u"b|c"},
+      {u"a|b|c", u"|", 3, 3, u"c||"},  // elements past the end still get their delimiter
+      {u"a|b|c", u"|", 2, 0, u"b"},    // Count 0 or below: one element
+      {u"a|b|c", u"|", 2, -7, u"b"},
+      {u"a|b|c", u"|", 0, 1, u"a|b|c"},       // position 0 is the whole value
+      {u"a|b|c", u"|", 0, 2, u"a|b|c|a"},     // ... and is followed by element 1
+      {u"a|b|c", u"|", -1, 1, u"c"},          // -1 is the last element
+      {u"a|b|c", u"|", -1, 3, u"c|a|b|c|a"},  // ... then positions 0 and 1
+      {u"a||b", u"||", 1, 2, u"a||b"},        // a delimiter of two characters
+      {u"a|||b", u"||", 2, 1, u"|b"},         // matched left to right
+      {u"", u"|", 1, 3, u"||"},
+      {u"abc", u"", 0, 1, u"abc"},       // position 0 never looks at the delimiter
+      {u"a|b", u"|", INT_MAX, 1, u"b"},  // ExtractElement reads INT_MAX as -1
+      {u"a|b", u"|", 5, 1, u""},
+      {u"a|b", u"|", -2, 1, u"!", 5},           // ExtractElement refuses below -1
+      {u"abc", u"", 0, 2, u"!", 5},             // an empty delimiter cannot be scanned
+      {u"a|b", u"|", INT_MAX - 1, 2, u"!", 6},  // Position + i overflows before the - 1
+      {u"a|b", u"|", INT_MAX - 5, 100, u"!", 6},
+      {u"a|b", u"|", 1, INT_MAX, u"!", 14},         // a billion delimiters: refused, not built
+      {u"a|b", u"||", 1 << 30, 1 << 30, u"!", 14},  // out of space before the overflow
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(testing::Message()
+                 << String(c.value).ToUtf8() << " pos " << c.position << " count " << c.count);
+    auto call = [&] {
+      return Functions::Field(String(c.value), String(c.delimiter), c.position, c.count);
+    };
+    if (c.error) {
+      EXPECT_EQ(ErrorOf([&] { call(); }), Raised(c.error, u"CRVLIB.Functions::Field"));
+    } else {
+      EXPECT_EQ(call(), c.want);
+    }
+  }
+}
+
+// A plain model: split the value once, then join the elements one by one.
+std::u16string NaiveField(const std::u16string& value, const std::u16string& delimiter,
+                          int32_t position, int32_t count) {
+  std::vector<std::u16string> elements;
+  if (!value.empty()) {
+    size_t from = 0;
+    for (;;) {
+      const size_t at = value.find(delimiter, from);
+      elements.push_back(value.substr(from, at == std::u16string::npos ? at : at - from));
+      if (at == std::u16string::npos) break;
+      from = at + delimiter.size();
+    }
+  }
+  auto element = [&](int64_t p) -> std::u16string {
+    if (p == 0) return value;
+    if (p == -1) return elements.empty() ? u"" : elements.back();  // a fresh object
+    return p <= static_cast<int64_t>(elements.size()) ? elements[size_t(p - 1)] : u"";
+  };
+  std::u16string out = element(position);
+  for (int64_t i = 2; i <= count; ++i) out += delimiter + element(position + i - 1);
+  return out;
+}
+
+TEST(Field, MatchesANaiveSplitAndJoin) {
+  std::mt19937 rng(20240611);
+  const std::u16string kDelimiters[] = {u"|", u"||", u"ab"};
+  const char16_t kAlphabet[] = u"ab|";
+  for (int round = 0; round < 3000; ++round) {
+    std::u16string value;
+    for (int k = std::uniform_int_distribution<int>(0, 12)(rng); k > 0; --k) {
+      value += kAlphabet[std::uniform_int_distribution<int>(0, 2)(rng)];
+    }
+    const std::u16string& delimiter = kDelimiters[rng() % 3];
+    const int32_t position = std::uniform_int_distribution<int32_t>(-1, 8)(rng);
+    const int32_t count = std::uniform_int_distribution<int32_t>(-1, 10)(rng);
+    SCOPED_TRACE(String(value).ToUtf8() + " by " + String(delimiter).ToUtf8() + " pos " +
+                 std::to_string(position) + " count " + std::to_string(count));
+    ASSERT_EQ(Functions::Field(String(value), String(delimiter), position, count),
+              NaiveField(value, delimiter, position, count));
+  }
+}
+
+}  // namespace
+}  // namespace crvlib
