@@ -131,8 +131,8 @@ class Parser {
       if (p_ == end_ || *p_ != ':') return Fail("expected ':' in JSON object");
       ++p_;
       SkipBlanks();
-      out.object.emplace_back(std::move(utf8), Json());
-      if (!ParseValue(out.object.back().second, depth)) return false;
+      out.object.push_back({std::move(utf8), Json()});
+      if (!ParseValue(out.object.back().value, depth)) return false;
       SkipBlanks();
       if (p_ < end_ && *p_ == ',') {
         ++p_;

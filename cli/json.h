@@ -26,6 +26,8 @@
 
 namespace crvlib::cli {
 
+struct JsonMember;
+
 struct Json {
   enum class Type { kNull, kBoolean, kInteger, kFloat, kString, kArray, kObject };
 
@@ -39,11 +41,16 @@ struct Json {
   std::vector<Json> array;
   // Members in the order written; keys in UTF-8 (a lone surrogate in a key
   // becomes U+FFFD: keys are names, not data).
-  std::vector<std::pair<std::string, Json>> object;
+  std::vector<JsonMember> object;
 
   bool IsNumber() const { return type == Type::kInteger || type == Type::kFloat; }
   // The member `key` of an object, or null.
   const Json* Find(std::string_view key) const;
+};
+
+struct JsonMember {
+  std::string key;
+  Json value;
 };
 
 inline constexpr int kMaxJsonDepth = 64;

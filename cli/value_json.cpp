@@ -53,7 +53,7 @@ std::string KindOf(const Json& j) {
     case Json::Type::kArray:
       return "an array";
     case Json::Type::kObject:
-      return j.object.size() == 1 ? "an object {\"" + j.object[0].first + "\":…}" : "an object";
+      return j.object.size() == 1 ? "an object {\"" + j.object[0].key + "\":…}" : "an object";
   }
   return "a value";
 }
@@ -63,7 +63,7 @@ std::string KindOf(const Json& j) {
 }
 
 // The single member of a tagged form such as {"Currency":"1.5"}, or null.
-const std::pair<std::string, Json>* Tag(const Json& j) {
+const JsonMember* Tag(const Json& j) {
   return j.type == Json::Type::kObject && j.object.size() == 1 ? &j.object[0] : nullptr;
 }
 
@@ -494,8 +494,8 @@ Value ArgumentFromJson(const Json& j, const ParamInfo& param, const ObjectResolv
         if (const EnumMember* m = e->Find(String(j.string).ToUtf8())) return Variant(m->value);
         throw UsageError("\"" + String(j.string).ToUtf8() + "\" is not a member of " + e->name);
       }
-      if (const auto* tag = Tag(j); tag && (tag->first == "Long" || tag->first == "Integer")) {
-        return WholeFromJson(tag->second, type);
+      if (const auto* tag = Tag(j); tag && (tag->key == "Long" || tag->key == "Integer")) {
+        return WholeFromJson(tag->value, type);
       }
       return WholeFromJson(j, type);
     }
@@ -518,14 +518,14 @@ Value ArgumentFromJson(const Json& j, const ParamInfo& param, const ObjectResolv
       }
       Expected("a number", j);
     case TypeKind::kCurrency:
-      if (const auto* tag = Tag(j); tag && tag->first == "Currency") {
-        return Variant(CurrencyFromJson(tag->second));
+      if (const auto* tag = Tag(j); tag && tag->key == "Currency") {
+        return Variant(CurrencyFromJson(tag->value));
       }
       if (j.IsNumber()) return Variant(CurrencyFromJson(j));
       Expected("a Currency ({\"Currency\":\"12.3456\"} or a number)", j);
     case TypeKind::kDate:
-      if (const auto* tag = Tag(j); tag && tag->first == "Date") {
-        return Variant(DateFromJson(tag->second));
+      if (const auto* tag = Tag(j); tag && tag->key == "Date") {
+        return Variant(DateFromJson(tag->value));
       }
       Expected("a Date ({\"Date\":\"2004-12-31T00:00:00\"})", j);
     case TypeKind::kVariant:
@@ -540,10 +540,10 @@ Value ArgumentFromJson(const Json& j, const ParamInfo& param, const ObjectResolv
     case TypeKind::kObject: {
       if (j.type == Json::Type::kNull) return Object{};
       const auto* tag = Tag(j);
-      if (!tag || tag->first != "object" || tag->second.type != Json::Type::kString) {
+      if (!tag || tag->key != "object" || tag->value.type != Json::Type::kString) {
         Expected("an object ({\"object\":\"NAME\"}) or null", j);
       }
-      Object o = resolve(String(tag->second.string).ToUtf8());
+      Object o = resolve(String(tag->value.string).ToUtf8());
       if (!o.IsNothing() && o.ClassName() != type.name) {
         throw UsageError("expected a " + type.name + " object, got a " +
                          std::string(o.ClassName()));
