@@ -5,9 +5,13 @@
 
 namespace crvlib::cli {
 
-// The overload of ParseStr that the type library shows.
+// The overloads of ParseStr and ReplaceParams that the type library shows.
 constexpr auto kParseStr =
     static_cast<String (*)(const String&, const String&, int32_t&)>(&Functions::ParseStr);
+
+constexpr auto kReplaceParams =
+    static_cast<String (*)(const String&, const String&, const VariantArray&)>(
+        &Functions::ReplaceParams);
 
 ClassInfo FunctionsClass() {
   return GlobalClass(
@@ -54,6 +58,9 @@ ClassInfo FunctionsClass() {
               "Right justifies a string within a string of given characters of a specified "
               "length. Default character is a space.",
               ByRef("Value"), ByRef("Length"), Optional("FillCharacter", String(u" "))),
+          // Paths.
+          Method<&Functions::GetMyDocumentsPath>(
+              "GetMyDocumentsPath", "Returns the path to the system's My Documents folder."),
           // Hex and C strings.
           Method<&Functions::ConvertStrToHex>(
               "ConvertStrToHex",
@@ -63,6 +70,11 @@ ClassInfo FunctionsClass() {
           Method<&Functions::CStrToBStr>("CStrToBStr",
                                          "Converts a null terminated C string into a Basic string.",
                                          ByRef("CString")),
+          // Tokens.
+          Method<kReplaceParams>("ReplaceParams",
+                                 "Replaces tokens within a string with one or more parameter "
+                                 "values. Returns new string with tokens replaced with values.",
+                                 In("Value"), ByRef("Token"), ParamArray("Parameters")),
           // Files, pause and words.
           Method<&Functions::OpenTextFile>(
               "OpenTextFile",

@@ -2,6 +2,7 @@
 #include "crvlib/string.h"
 
 #include <cstring>
+#include <ostream>
 
 namespace crvlib {
 
@@ -84,5 +85,7 @@ std::string String::ToUtf8() const {
   }
   return out;
 }
+
+std::ostream& operator<<(std::ostream& out, const String& s) { return out << s.ToUtf8(); }
 
 }  // namespace crvlib

@@ -11,10 +11,20 @@
 // kObjectErrorBase + 1701).
 //
 // Character members count in characters; "B" members count in bytes of the
-// UTF-16 text (two per character). All positions are 0-based. While the
-// family's Binary flag is set (an odd byte offset or count was used), the
-// character members Start, Length, SubString, Extract, Insert, Delete,
-// Replace, Find and Match raise error 6.
+// UTF-16 text (two per character). All positions are 0-based and relative to
+// the view, except the results of Find and FindB. While the family's Binary
+// flag is set (an odd byte offset or count was used), the character members
+// Start, Length, SubString, Extract, Insert, Delete, Replace, Find and Match
+// raise error 6. Out-of-range starts and lengths of the editing members are
+// clamped, never reported; a character position whose byte double overflows
+// raises 6.
+//
+// Errors carry the source "CRVLIB.DynamicString::<Member>", except the few a
+// member names itself (the validity check reports "::ValidateState", a
+// negative range in SubString and Extract "::SubStringB" and "::ExtractB").
+// A failed call changes nothing, except that ChangeAll keeps the replacements
+// made before the failure. Calling a member through a reference to no object
+// (IsNothing) raises 91.
 //
 //   DynamicString d;
 //   d.SetValue(u"Hello World");
@@ -52,7 +62,8 @@ class DynamicString {
   bool Is(const DynamicString& other) const { return impl_ == other.impl_; }
 
   // The text of this view (the default member). Setting it replaces the
-  // view's whole range in the shared text.
+  // view's whole range in the shared text; the views of the family move or
+  // become invalid as for any edit.
   String Value() const;
   void SetValue(const String& NewValue);
 
@@ -61,8 +72,10 @@ class DynamicString {
   int32_t Length() const;  // LengthB() / 2
   int32_t LengthB() const;
 
-  // The family's byte-mode flag. Setting False while an odd offset is
-  // recorded raises error 380.
+  // The family's byte-mode flag, shared by all its views. It is set by any
+  // read or edit at an odd byte offset or with an odd byte count, and cleared
+  // when the whole text is replaced or deleted. Setting False while the text's
+  // length or internal layout is odd raises error 380.
   bool Binary() const;
   void SetBinary(bool Value);
 
@@ -70,14 +83,23 @@ class DynamicString {
   DynamicString Parent() const;
 
   // A new child view of `Length` characters (bytes) from `Start`; a negative
-  // Start or Length raises error 5, larger ones are clamped.
+  // Start or Length raises error 5, larger ones are clamped. The view shares
+  // the text; it follows edits made before it and becomes invalid when an
+  // edit cuts into it (an edit touching only its ends does not).
+  //   "Hello World".SubString(6, 5).Value() == u"World"
   DynamicString SubString(int32_t Start, int32_t Length);
   DynamicString SubStringB(int32_t Start, int32_t Length);
 
-  // A copy of part of the text.
+  // A copy of part of the text; a negative Start or Length raises error 5,
+  // larger ones are clamped.
   String Extract(int32_t Start = 0, int32_t Length = kMaxLength) const;
   String ExtractB(int32_t Start = 0, int32_t Length = kMaxLengthB) const;
 
+  // Edits of the view's text. Insert adds NewValue before Start (clamped to
+  // the view), Delete removes up to Length characters (bytes) from Start,
+  // Replace does both at once; with its defaults Replace sets the whole value.
+  //   "abc".Insert(u"X", 1) -> "aXbc"     "abc".Delete(1, 99) -> "a"
+  //   "abc".Replace(u"XY", 1, 1) -> "aXYc"
   void Append(const String& NewValue);
   void Prefix(const String& NewValue);
   void Insert(const String& NewValue, int32_t Start = 0);
@@ -87,8 +109,13 @@ class DynamicString {
   void Replace(const String& NewValue, int32_t Start = 0, int32_t Length = kMaxLength);
   void ReplaceB(const String& NewValue, int32_t Start = 0, int32_t Length = kMaxLengthB);
 
-  // The first occurrence of FindValue in the range, or -1. The result counts
-  // from the start of the whole family's text (the root), not from this view.
+  // The first occurrence of FindValue lying wholly in the range, or -1; an
+  // empty FindValue answers the start. The result counts from the start of
+  // the whole family's text (the root), not from this view, deliberately.
+  // vxCaseNotSensitive compares case-folded code units; a CaseType other
+  // than the two members raises 5.
+  //   root "abcabc": Find(u"c") == 2, Find(u"c", 3) == 5
+  //   its view SubString(3, 3) ("abc"): Find(u"c") == 5
   int32_t Find(const String& FindValue, int32_t Start = 0, int32_t Length = kMaxLength,
                vxCaseEnum CaseType = vxCaseSensitive) const;
   int32_t FindB(const String& FindValue, int32_t Start = 0, int32_t Length = kMaxLengthB,
@@ -101,7 +128,10 @@ class DynamicString {
                  vxMatchOptionsEnum Options = vxNoOptionsSet) const;
 
   // Replaces every occurrence of OldValue, left to right; replaced text is
-  // not searched again. Returns this object.
+  // not searched again. An empty OldValue raises 5. Returns this object. On a
+  // child view the root-relative offsets of Find are applied within the view
+  // as they are, deliberately, so only a root (or a view at offset 0) is
+  // changed exactly.
   //   "aaa".ChangeAll("a", "aa") -> "aaaaaa"
   DynamicString ChangeAll(const String& OldValue, const String& NewValue,
                           vxCaseEnum CaseType = vxCaseSensitive);
@@ -109,11 +139,12 @@ class DynamicString {
   // Compares Value with CompareValue: -1, 0 or 1. The two options are passed
   // on crosswise, deliberately: CaseType selects the numeric comparison of
   // right justification and Justification the case mode, so with the
-  // defaults "10" vs "9" is 1 (numeric) and "abc" vs "ABC" is 0 (text).
+  // defaults "10" vs "9" is 1 (numeric) and "abc" vs "ABC" is 0 (text). A
+  // numeric tie, or a side that is no number, is decided by the text.
   int16_t Compare(const String& CompareValue, vxCaseEnum CaseType = vxCaseSensitive,
                   vxJustificationEnum Justification = vxLeftJustify) const;
 
-  // A new, separate root holding a copy of Value.
+  // A new, separate root holding a copy of Value; it works on invalid views.
   DynamicString Clone() const;
 
   // Library-internal access to the object.

@@ -17,6 +17,7 @@
 #include <compare>
 #include <cstddef>
 #include <cstdint>
+#include <iosfwd>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -73,6 +74,9 @@ class String {
     return !a.odd_ && a.units_ == b;
   }
   friend bool operator==(const String& a, const char16_t* b) { return a == std::u16string_view(b); }
+  friend bool operator==(const String& a, const std::u16string& b) {
+    return a == std::u16string_view(b);
+  }
 
  private:
   // ceil(LenB / 2) units; when odd_, the last unit holds the lone byte in its
@@ -80,6 +84,9 @@ class String {
   std::u16string units_;
   bool odd_ = false;
 };
+
+// Writes the string as UTF-8.
+std::ostream& operator<<(std::ostream& out, const String& s);
 
 }  // namespace crvlib
 
