@@ -11,6 +11,7 @@
 
 #include "core/error_frame.h"
 #include "crvlib/conversions.h"
+#include "crvlib/dynamic_string.h"
 #include "runtime/date_parse.h"
 #include "runtime/format.h"
 #include "runtime/number_parse.h"
@@ -61,6 +62,17 @@ String Conversions::CurrencyOut(const Variant& CurrencyValue, const String& Outp
   return Trap(u"CRVLIB.Converions::CurrencyOut", [&] {
     RequireType(CurrencyValue, VarType::kCurrency);
     return internal::VarFormat(CurrencyValue, OutputFormat.view());
+  });
+}
+
+Variant Conversions::DateIn(const String& Value) {
+  return Trap(u"CRVLIB.Converions::DateIn", [&] {
+    // "12.31.2004" reads as "12/31/2004": the full stop stands for the
+    // date separator wherever it appears.
+    DynamicString text;
+    text.SetValue(Value);
+    text.ChangeAll(u".", u"/");
+    return Variant(Date{internal::DateValue(text.Value().view())});
   });
 }
 

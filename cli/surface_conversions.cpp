@@ -33,6 +33,11 @@ ClassInfo ConversionsClass() {
           Method<&Conversions::CurrencyOut>(
               "CurrencyOut", "Returns a Currency value formatted with the supplied format.",
               In("CurrencyValue"), OptionalByRef("OutputFormat", String(u"$#,##0.00;($#,##0.00)"))),
+          Method<&Conversions::DateIn>(
+              "DateIn",
+              "Converts display text to a Date value. A full stop may stand for the date "
+              "separator.",
+              ByRef("Value")),
           Method<&Conversions::DateOut>(
               "DateOut", "Returns a Date value formatted with the supplied format.",
               In("DateValue"), OptionalByRef("OutputFormat", String(u"ddddd"))),

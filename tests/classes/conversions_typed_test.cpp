@@ -97,6 +97,15 @@ TEST_F(TypedTest, CurrencyAndPercentInputKeepOnlyNumberCharacters) {
               "CRVLIB.Converions::PercentIn");
 }
 
+TEST_F(TypedTest, DateInReadsFullStopsAsSlashes) {
+  EXPECT_EQ(Conversions::DateIn(u"12.31.2004"), Variant(Date{38352}));
+  EXPECT_EQ(Conversions::DateIn(u"12.31.2004"), Conversions::DateIn(u"12/31/2004"));
+  EXPECT_EQ(Conversions::DateIn(u"Dec. 31 2004 6:00 PM"), Variant(Date{38352}));  // date part only
+  ExpectError([] { Conversions::DateIn(u"12.31.x"); }, 13, "CRVLIB.Converions::DateIn");
+  SetThreadLocale("de-DE");  // already the separator: the same text
+  EXPECT_EQ(Conversions::DateIn(u"31.12.2004"), Variant(Date{38352}));
+}
+
 TEST_F(TypedTest, TimeInTakesTheTimeOfDay) {
   EXPECT_EQ(Conversions::TimeIn(u"6:30 PM"), Variant(Date{0.7708333333333334}));
   EXPECT_EQ(Conversions::TimeIn(u"12/31/2004 18:00"), Variant(Date{0.75}));
@@ -133,7 +142,7 @@ TEST(ConversionsSurface, ListsEveryRoutineInTypeLibraryOrder) {
   std::string names;
   for (const cli::MemberInfo& m : c->members) names += m.name + " ";
   EXPECT_EQ(names,
-            "Convert BooleanOut CurrencyIn CurrencyOut DateOut TimeIn TimeOut "
+            "Convert BooleanOut CurrencyIn CurrencyOut DateIn DateOut TimeIn TimeOut "
             "PercentIn PercentOut Alpha AlphaPlus Num NumPlus NonNum ");
   const cli::MemberInfo* out = c->Find("BooleanOut", cli::MemberKind::kMethod);
   ASSERT_NE(out, nullptr);
