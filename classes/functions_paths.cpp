@@ -1,4 +1,4 @@
-// The path routines of Functions: splitting a Windows file specification
+// The path routines of Functions: splitting a Windows path and file name
 // into drive, folder path, file name and extension, and the user's documents
 // folder.
 #include "crvlib/functions.h"

@@ -15,6 +15,7 @@ ClassInfo ConversionsClass();
 ClassInfo ValidationsClass();
 ClassInfo FunctionsClass();
 ClassInfo DLLRoutinesClass();
+ClassInfo DynamicStringClass();
 ClassInfo SharedStringClass();
 
 const Surface& ShippedSurface() {
@@ -24,6 +25,7 @@ const Surface& ShippedSurface() {
       ValidationsClass(),
       FunctionsClass(),
       DLLRoutinesClass(),
+      DynamicStringClass(),
       SharedStringClass(),
   }};
   return surface;

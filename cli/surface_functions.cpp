@@ -17,6 +17,78 @@ ClassInfo FunctionsClass() {
   return GlobalClass(
       "Functions", "Dynamic string arrays and general string, path, file and number routines.",
       {
+          // Dynamic string arrays.
+          Method<&Functions::ExtractElement>(
+              "ExtractElement",
+              "Returns element Position of a dynamic string array (1 the first, -1 the last, 0 "
+              "the whole string); \"\" beyond the end.",
+              ByRef("ArrayValue"), ByRef("Delimiter"), In("Position")),
+          Method<&Functions::CountElements>("CountElements",
+                                            "Returns the number of elements in a dynamic string "
+                                            "array.",
+                                            ByRef("ArrayValue"), ByRef("Delimiter")),
+          Method<&Functions::CountDelimiters>("CountDelimiters",
+                                              "Returns the number of delimiters in a dynamic "
+                                              "string array.",
+                                              ByRef("ArrayValue"), ByRef("Delimiter")),
+          Method<&Functions::InsertElement>(
+              "InsertElement",
+              "Returns the dynamic string array with NewElement inserted as element Position, "
+              "padded with empty elements beyond the end.",
+              ByRef("ArrayValue"), ByRef("Delimiter"), In("Position"), ByRef("NewElement")),
+          Method<&Functions::DeleteElement>("DeleteElement",
+                                            "Returns the dynamic string array without element "
+                                            "Position and one delimiter.",
+                                            ByRef("ArrayValue"), ByRef("Delimiter"),
+                                            In("Position")),
+          Method<&Functions::ReplaceElement>(
+              "ReplaceElement",
+              "Returns the dynamic string array with element Position replaced by Element, "
+              "padded with empty elements beyond the end.",
+              ByRef("ArrayValue"), ByRef("Delimiter"), In("Position"), ByRef("Element")),
+          Method<&Functions::ChangeDelimiter>("ChangeDelimiter",
+                                              "Returns the dynamic string array with every "
+                                              "OldDelimiter replaced by NewDelimiter.",
+                                              ByRef("ArrayValue"), ByRef("OldDelimiter"),
+                                              ByRef("NewDelimiter")),
+          Method<&Functions::LocateElement>(
+              "LocateElement",
+              "Returns the position of the first element from Position on that equals, begins "
+              "with, ends with or contains Element; 0 when there is none.",
+              ByRef("ArrayValue"), ByRef("Element"), ByRef("Delimiter"), In("Position"),
+              Optional("SearchType", vxExactMatch), Optional("CaseType", vxCaseSensitive)),
+          Method<&Functions::MatchElement>(
+              "MatchElement",
+              "Regular-expression location of an element; not offered in this version: always "
+              "returns 0.",
+              ByRef("ArrayValue"), ByRef("Pattern"), ByRef("Delimiter"), In("Position"),
+              Optional("RegexOptions", vxNoOptionsSet)),
+          Method<&Functions::InsertSorted>(
+              "InsertSorted",
+              "Inserts NewElement into an ordered dynamic string array held in ArrayValue and "
+              "returns its position, or 0 when a duplicate was refused.",
+              ByRef("ArrayValue"), ByRef("Delimiter"), ByRef("NewElement"),
+              Optional("SortOrder", vxAscending), Optional("Justification", vxLeftJustify),
+              Optional("CaseType", vxCaseSensitive),
+              Optional("AllowDuplication", vxAllowDuplicates)),
+          Method<&Functions::SortElements>(
+              "SortElements",
+              "Returns the dynamic string array with its elements sorted (equal elements keep "
+              "their order).",
+              ByRef("ArrayValue"), ByRef("Delimiter"), Optional("SortOrder", vxAscending),
+              Optional("Justification", vxLeftJustify), Optional("CaseType", vxCaseSensitive)),
+          Method<&Functions::DynArrayToArray>(
+              "DynArrayToArray",
+              "Copies the elements of a dynamic string array into NewArray and returns their "
+              "number.",
+              ByRef("ArrayValue"), ByRef("Delimiter"), ByRef("NewArray"),
+              Optional("ArrayBase", vxZeroBased)),
+          Method<&Functions::ArrayToDynArray>("ArrayToDynArray",
+                                              "Returns a dynamic string array made of the items "
+                                              "of an array of strings.",
+                                              ByRef("ArrayValue"), ByRef("Delimiter")),
+          Method<&Functions::ToDynamicString>(
+              "ToDynamicString", "Returns a new DynamicString holding Value.", ByRef("Value")),
           // Substrings and characters.
           Method<&Functions::StripChar>("StripChar",
                                         "Returns a modified string by stripping out a supplied "

@@ -28,6 +28,7 @@
 #include "core/error_frame.h"
 #include "core/thread_state.h"
 #include "dynstring/dynamic_string_impl.h"
+#include "dynstring/element_scan.h"
 #include "runtime/code_page.h"
 #include "runtime/compare.h"
 #include "runtime/number_parse.h"
@@ -85,14 +86,33 @@ DynStringBuf& DynamicStringImpl::Buffer() {
   return *Buffer_;
 }
 
+void ResetScanCache(ScanCache& s, int32_t LengthB) {
+  s.ScanAtEnd = LengthB == 0;
+  s.ScanElement = 0;
+  s.ScanStart = 0;
+  s.ScanLength = 0;
+  s.ScanPrevElement = 0;
+  s.ScanPrevStart = 0;
+  s.ScanPrevLength = 0;
+}
+
+void AdjustScanForEdit(ScanCache& s, int32_t EditStart, int32_t LengthB) {
+  if (s.ScanElement == 0) {
+    ResetScanCache(s, LengthB);
+  } else if (EditStart == s.ScanStart) {
+    // An edit at the cached element's start backs the cache up by one
+    // element, so a loop that edits the current element keeps its place.
+    s.ScanElement = s.ScanPrevElement;
+    s.ScanStart = s.ScanPrevStart;
+    s.ScanLength = s.ScanPrevLength;
+    s.ScanAtEnd = LengthB == 0;
+  } else if (int64_t{EditStart} < int64_t{s.ScanStart} + s.ScanLength + s.ScanDelimiter.LenB()) {
+    ResetScanCache(s, LengthB);
+  }
+}
+
 void DynamicStringImpl::ResetScan() {
-  scan_.ScanAtEnd = LengthB_ == 0;
-  scan_.ScanElement = 0;
-  scan_.ScanStart = 0;
-  scan_.ScanLength = 0;
-  scan_.ScanPrevElement = 0;
-  scan_.ScanPrevStart = 0;
-  scan_.ScanPrevLength = 0;
+  ResetScanCache(scan_, LengthB_);
 }
 
 void DynamicStringImpl::EditB(const String& NewValue, int32_t Start, int32_t Length) {
@@ -102,19 +122,8 @@ void DynamicStringImpl::EditB(const String& NewValue, int32_t Start, int32_t Len
 
 void DynamicStringImpl::AdjustSelf(int32_t EditStart, int32_t Delta) {
   LengthB_ += Delta;
-  ScanCache& s = scan_;
-  if (s.ScanElement == 0) {
-    ResetScan();
-  } else if (EditStart == s.ScanStart) {
-    // An edit at the cached element's start backs the cache up by one
-    // element, so a loop that edits the current element keeps its place.
-    s.ScanElement = s.ScanPrevElement;
-    s.ScanStart = s.ScanPrevStart;
-    s.ScanLength = s.ScanPrevLength;
-    s.ScanAtEnd = LengthB_ == 0;
-  } else if (int64_t{EditStart} < int64_t{s.ScanStart} + s.ScanLength + s.ScanDelimiter.LenB()) {
-    ResetScan();
-  }
+  AdjustScanForEdit(scan_, EditStart, LengthB_);
+  scan_index_.index.reset();  // the text changed: its checkpoints are stale
 }
 
 void DynamicStringImpl::AdjustChildren(const DynamicStringImpl* skip, int64_t a, int64_t b,
@@ -178,9 +187,19 @@ void DynamicStringImpl::PropagateEdit(int32_t EditStart, int32_t EditLength, int
 
 int16_t DynamicStringImpl::CompareElements(const String& A, const String& B, int32_t Justification,
                                            int32_t CaseType) {
-  const bool binary = Buffer().Binary();
-  const String a = binary ? StrConvUnicode(A) : A;
-  const String b = binary ? StrConvUnicode(B) : B;
+  return CompareElementValues(A, B, Justification, CaseType, Buffer().Binary());
+}
+
+int16_t CompareElementValues(const String& A, const String& B, int32_t Justification,
+                             int32_t CaseType, bool binary) {
+  // Widened copies only in byte mode; otherwise the arguments themselves.
+  String wide_a, wide_b;
+  if (binary) {
+    wide_a = StrConvUnicode(A);
+    wide_b = StrConvUnicode(B);
+  }
+  const String& a = binary ? wide_a : A;
+  const String& b = binary ? wide_b : B;
   if (Justification == vxRightJustify) {
     // Numbers first; a tie or a side that is no number falls through to the
     // text comparison (a non-number does not count as zero).

@@ -42,6 +42,29 @@ struct ScanCache {
   friend bool operator==(const ScanCache&, const ScanCache&) = default;
 };
 
+// Forgets the cached element; ScanAtEnd becomes (LengthB == 0). The
+// delimiter is kept.
+void ResetScanCache(ScanCache& s, int32_t LengthB);
+// The cache's part of an edit of its view at EditStart, the view now being
+// LengthB bytes long: with no cached element, a reset; at the cached
+// element's start, a step back to the previous element; before the end of
+// the cached element's delimiter, a reset; after it, nothing.
+void AdjustScanForEdit(ScanCache& s, int32_t EditStart, int32_t LengthB);
+
+// -1, 0 or 1: the comparison of elements, with the family's byte-mode flag
+// given. See DynamicStringImpl::CompareElements.
+int16_t CompareElementValues(const String& A, const String& B, int32_t Justification,
+                             int32_t CaseType, bool binary);
+
+class MatchIndex;
+// Checkpoints of the element scan over one view's current text for one
+// delimiter; dropped by every edit of the view. They never change what a
+// scan answers, only how fast it gets there.
+struct ScanIndexSlot {
+  String delimiter;
+  std::unique_ptr<MatchIndex> index;  // complete when index->matches() >= 0
+};
+
 class DynamicStringImpl : public std::enable_shared_from_this<DynamicStringImpl> {
  public:
   using Ptr = std::shared_ptr<DynamicStringImpl>;
@@ -113,6 +136,9 @@ class DynamicStringImpl : public std::enable_shared_from_this<DynamicStringImpl>
   void ResetScan();
   ScanCache& scan() { return scan_; }
   const ScanCache& scan() const { return scan_; }
+  ScanIndexSlot& scan_index() { return scan_index_; }
+  // LengthB without the validity check, for the element engine.
+  int32_t ViewLengthB() const { return LengthB_; }
 
   // -1, 0 or 1. With Justification vxRightJustify both sides are compared as
   // numbers first (locale-aware); a tie, or a side that is no number, leaves
@@ -152,6 +178,7 @@ class DynamicStringImpl : public std::enable_shared_from_this<DynamicStringImpl>
   DynamicStringImpl* PrevSibling_ = nullptr;
   DynamicStringImpl* NextSibling_ = nullptr;
   ScanCache scan_;
+  ScanIndexSlot scan_index_;
   bool Invalid_ = false;
 };
 

@@ -5,17 +5,20 @@
 
 #include <sched.h>
 
+#include <chrono>
 #include <ctime>
 
 namespace crvlib::platform {
 
 float SecondsSinceMidnight() {
-  timespec now{};
-  ::clock_gettime(CLOCK_REALTIME, &now);
+  using std::chrono::system_clock;
+  const auto now = system_clock::now();
+  const std::time_t whole = system_clock::to_time_t(now);
+  const auto fraction = now - system_clock::from_time_t(whole);
   std::tm local{};
-  ::localtime_r(&now.tv_sec, &local);
+  ::localtime_r(&whole, &local);
   double seconds = local.tm_hour * 3600.0 + local.tm_min * 60.0 + local.tm_sec;
-  return static_cast<float>(seconds + now.tv_nsec / 1e9);
+  return static_cast<float>(seconds + std::chrono::duration<double>(fraction).count());
 }
 
 void YieldProcessor() {

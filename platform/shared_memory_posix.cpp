@@ -75,7 +75,8 @@ void AppendByte(std::string& out, uint8_t b) {
 }  // namespace
 
 std::string SharedMemory::SystemName(std::u16string_view name) {
-  std::string out = "/" + std::string(kPrefix);
+  std::string out(1, '/');
+  out += kPrefix;
   for (size_t i = 0; i < name.size(); ++i) {
     uint32_t cp = name[i];
     if (cp >= 0xD800 && cp < 0xDC00 && i + 1 < name.size() && name[i + 1] >= 0xDC00 &&

@@ -127,6 +127,54 @@ class DynamicString {
   int32_t MatchB(const String& Pattern, int32_t Start = 0, int32_t Length = kMaxLengthB,
                  vxMatchOptionsEnum Options = vxNoOptionsSet) const;
 
+  // --- Elements --------------------------------------------------------------
+  // The value as a dynamic string array: elements separated by Delimiter
+  // (matched exactly), numbered from 1. The object caches its scan, so
+  // asking for elements 1, 2, 3, … in turn scans the text once.
+
+  // A live child view of element Position: 0 is the whole value, -1 the last
+  // element. Past the end the view is empty, at the end, and Eof is set to
+  // True (it is never cleared). Below -1 raises 5. Once the scan has reached
+  // the end (after CountElements, say), -1 answers an empty view at the end.
+  //   "a|b|c".ExtractElement(u"|", 2).Value() == u"b"
+  DynamicString ExtractElement(const String& Delimiter, int32_t Position, bool& Eof);
+  DynamicString ExtractElement(const String& Delimiter, int32_t Position);
+  // Inserts NewValue so that it becomes element Position, padding with empty
+  // elements beyond the end. Returns this object.
+  //   "a|b".InsertElement(u"x", u"|", 4) -> "a|b||x"
+  DynamicString InsertElement(const String& NewValue, const String& Delimiter,
+                              int32_t Position = 0);
+  // Inserts NewValue into an ordered array; returns its position, 0 when a
+  // duplicate was refused.
+  //   "2|9".InsertElementSorted(u"10", u"|", vxAscending, vxRightJustify) == 3
+  int32_t InsertElementSorted(const String& NewValue, const String& Delimiter,
+                              vxSortOrderEnum SortOrder = vxAscending,
+                              vxJustificationEnum Justification = vxLeftJustify,
+                              vxCaseEnum CaseType = vxCaseSensitive,
+                              vxDuplicatesEnum AllowDuplication = vxAllowDuplicates);
+  // Removes element Position with one delimiter; 0 deletes everything, -1 is
+  // the last element, below -1 raises 5. Returns this object.
+  DynamicString DeleteElement(const String& Delimiter, int32_t Position);
+  // Replaces element Position (padding beyond the end); 0 sets the whole
+  // value; a negative Position raises 5. Returns this object.
+  DynamicString ReplaceElement(const String& NewValue, const String& Delimiter, int32_t Position);
+  // The first element at or after Position (0 means 1) that equals, begins
+  // with, ends with or contains FindValue; 0 when none.
+  int32_t LocateElement(const String& FindValue, const String& Delimiter, int32_t Position = 0,
+                        vxMatchingEnum MatchType = vxExactMatch,
+                        vxCaseEnum CaseType = vxCaseSensitive);
+  // Regular-expression location is not offered: always 0, even on an
+  // invalid view.
+  int32_t MatchElement(const String& Pattern, const String& Delimiter, int32_t Position = 0,
+                       vxMatchOptionsEnum RegexOptions = vxNoOptionsSet);
+  //   "".CountElements(u"|") == 0     "a||b".CountElements(u"|") == 3
+  int32_t CountElements(const String& Delimiter);
+  // Sorts the elements (stable; empty elements at the very start vanish).
+  // Returns this object.
+  DynamicString SortElements(const String& Delimiter, vxSortOrderEnum SortOrder = vxAscending,
+                             vxJustificationEnum Justification = vxLeftJustify,
+                             vxCaseEnum CaseType = vxCaseSensitive);
+
   // Replaces every occurrence of OldValue, left to right; replaced text is
   // not searched again. An empty OldValue raises 5. Returns this object. On a
   // child view the root-relative offsets of Find are applied within the view

@@ -1,0 +1,228 @@
+// The element routines of Functions: each runs the element engine
+// (dynstring/element_engine.h) once, on a fresh state holding the caller's
+// string, inside the Functions error frame.
+//
+// A fresh DynamicString would copy the string into a gap buffer first; the
+// engine's PlainText host reads the caller's string in place instead and
+// gives the same answers, since a fresh object's scan cache and edits start
+// from nothing. Strings with an odd byte length put an object into byte mode,
+// which PlainText does not model, so those calls run on a real object.
+#include <initializer_list>
+#include <memory>
+
+#include "core/checked.h"
+#include "core/error_frame.h"
+#include "crvlib/functions.h"
+#include "dynstring/element_engine.h"
+
+namespace crvlib {
+namespace {
+
+using internal::CheckedAdd;
+using internal::CheckedSub;
+using internal::ObjectText;
+using internal::PlainText;
+using internal::Trap;
+using std::literals::operator""sv;
+
+// Runs `fn` on a host holding ArrayValue.
+template <class Fn>
+decltype(auto) OnFreshArray(const String& ArrayValue, std::initializer_list<const String*> others,
+                            Fn&& fn) {
+  bool whole = !ArrayValue.odd();
+  for (const String* s : others) whole = whole && !s->odd();
+  if (whole) {
+    PlainText t(ArrayValue);
+    return fn(t);
+  }
+  auto object = std::make_shared<internal::DynamicStringImpl>();
+  object->SetValue(ArrayValue);
+  ObjectText t(*object);
+  return fn(t);
+}
+
+// The runtime's Split: zero-based, at every occurrence of Delimiter.
+StringArray Split(const String& Value, const String& Delimiter) {
+  StringArray out;
+  const std::u16string_view text = Value.view();
+  const internal::UnitDelimiter d(Delimiter.view());
+  size_t start = 0;
+  for (size_t r = internal::FindDelimiter(text, 0, d); r != internal::kNoMatch;
+       r = internal::FindDelimiter(text, start, d)) {
+    out.items.emplace_back(text.substr(start, r - start));
+    start = r + d.size();
+  }
+  out.items.emplace_back(text.substr(start));
+  return out;
+}
+
+}  // namespace
+
+String Functions::ExtractElement(const String& ArrayValue, const String& Delimiter,
+                                 int32_t Position) {
+  return Trap(u"CRVLIB.Functions::ExtractElement"sv, [&] {
+    return OnFreshArray(ArrayValue, {&Delimiter}, [&](auto& t) {
+      const internal::ElementSpan span = internal::ExtractElement(t, Delimiter, Position);
+      return t.ReadB(span.Start, span.Length);
+    });
+  });
+}
+
+int32_t Functions::CountElements(const String& ArrayValue, const String& Delimiter) {
+  return Trap(u"CRVLIB.Functions::CountElements"sv, [&] {
+    return OnFreshArray(ArrayValue, {&Delimiter},
+                        [&](auto& t) { return internal::CountElements(t, Delimiter); });
+  });
+}
+
+int32_t Functions::CountDelimiters(const String& ArrayValue, const String& Delimiter) {
+  return Trap(u"CRVLIB.Functions::CountDelimiters"sv, [&] {
+    return OnFreshArray(ArrayValue, {&Delimiter}, [&](auto& t) {
+      const int32_t n = internal::CountElements(t, Delimiter);
+      return n > 0 ? n - 1 : 0;
+    });
+  });
+}
+
+String Functions::InsertElement(const String& ArrayValue, const String& Delimiter, int32_t Position,
+                                const String& NewElement) {
+  return Trap(u"CRVLIB.Functions::InsertElement"sv, [&] {
+    return OnFreshArray(ArrayValue, {&Delimiter, &NewElement}, [&](auto& t) {
+      internal::InsertElement(t, NewElement, Delimiter, Position);
+      return t.TakeValue();
+    });
+  });
+}
+
+String Functions::DeleteElement(const String& ArrayValue, const String& Delimiter,
+                                int32_t Position) {
+  return Trap(u"CRVLIB.Functions::DeleteElement"sv, [&] {
+    return OnFreshArray(ArrayValue, {&Delimiter}, [&](auto& t) {
+      internal::DeleteElement(t, Delimiter, Position);
+      return t.TakeValue();
+    });
+  });
+}
+
+String Functions::ReplaceElement(const String& ArrayValue, const String& Delimiter,
+                                 int32_t Position, const String& Element) {
+  return Trap(u"CRVLIB.Functions::ReplaceElement"sv, [&] {
+    return OnFreshArray(ArrayValue, {&Delimiter, &Element}, [&](auto& t) {
+      internal::ReplaceElement(t, Element, Delimiter, Position);
+      return t.TakeValue();
+    });
+  });
+}
+
+String Functions::ChangeDelimiter(const String& ArrayValue, const String& OldDelimiter,
+                                  const String& NewDelimiter) {
+  return Trap(u"CRVLIB.Functions::ChangeDelimiter"sv, [&] {
+    // ChangeAll would refuse an empty OldDelimiter; the routine never asks it.
+    if (OldDelimiter.LenB() == 0) return ArrayValue;
+    DynamicString d;
+    d.SetValue(ArrayValue);
+    d.ChangeAll(OldDelimiter, NewDelimiter, vxCaseSensitive);
+    return d.Value();
+  });
+}
+
+int32_t Functions::LocateElement(const String& ArrayValue, const String& Element,
+                                 const String& Delimiter, int32_t Position,
+                                 vxMatchingEnum SearchType, vxCaseEnum CaseType) {
+  return Trap(u"CRVLIB.Functions::LocateElement"sv, [&] {
+    return OnFreshArray(ArrayValue, {&Element, &Delimiter}, [&](auto& t) {
+      return internal::LocateElement(t, Element, Delimiter, Position, SearchType, CaseType);
+    });
+  });
+}
+
+int32_t Functions::MatchElement(const String& ArrayValue, const String& Pattern,
+                                const String& Delimiter, int32_t Position,
+                                vxMatchOptionsEnum RegexOptions) {
+  // Deliberately reports LocateElement's source, should the object fail.
+  return Trap(u"CRVLIB.Functions::LocateElement"sv, [&] {
+    DynamicString d = ToDynamicString(ArrayValue);
+    return d.MatchElement(Pattern, Delimiter, Position, RegexOptions);
+  });
+}
+
+int32_t Functions::InsertSorted(String& ArrayValue, const String& Delimiter,
+                                const String& NewElement, vxSortOrderEnum SortOrder,
+                                vxJustificationEnum Justification, vxCaseEnum CaseType,
+                                vxDuplicatesEnum AllowDuplication) {
+  return Trap(u"CRVLIB.Functions::InsertSorted"sv, [&] {
+    return OnFreshArray(ArrayValue, {&Delimiter, &NewElement}, [&](auto& t) {
+      const int32_t position = internal::InsertElementSorted(
+          t, NewElement, Delimiter, SortOrder, Justification, CaseType, AllowDuplication);
+      // Written back whether or not anything was inserted.
+      ArrayValue = t.TakeValue();
+      return position;
+    });
+  });
+}
+
+String Functions::SortElements(const String& ArrayValue, const String& Delimiter,
+                               vxSortOrderEnum SortOrder, vxJustificationEnum Justification,
+                               vxCaseEnum CaseType) {
+  return Trap(u"CRVLIB.Functions::SortElements"sv, [&] {
+    return OnFreshArray(ArrayValue, {&Delimiter}, [&](auto& t) {
+      return internal::SortedValue(t, Delimiter, SortOrder, Justification, CaseType);
+    });
+  });
+}
+
+int32_t Functions::DynArrayToArray(const String& ArrayValue, const String& Delimiter,
+                                   StringArray& NewArray, vxArrayBaseEnum ArrayBase) {
+  return Trap(u"CRVLIB.Functions::DynArrayToArray"sv, [&] {
+    return OnFreshArray(ArrayValue, {&Delimiter}, [&](auto& t) {
+      const int32_t n = internal::CountElements(t, Delimiter);
+      // ReDim NewArray(ArrayBase To n + ArrayBase - 1): no elements is an
+      // upper bound below the lower one, error 9.
+      const int32_t upper = CheckedSub(CheckedAdd(n, ArrayBase), 1);
+      if (upper < ArrayBase) internal::Raise(internal::kSubscriptOutOfRange);
+      StringArray result;
+      if (ArrayBase == vxOneBased) {
+        result.lbound = 1;
+        result.items.reserve(static_cast<size_t>(n));
+        for (int32_t i = 1; i <= n; ++i) {
+          result.items.push_back(internal::ElementText(t, Delimiter, i));
+        }
+      } else {
+        // Any other base takes the runtime's Split, which is zero-based.
+        result = Split(ArrayValue, Delimiter);
+      }
+      NewArray = std::move(result);
+      return n;
+    });
+  });
+}
+
+String Functions::ArrayToDynArray(const StringArray& ArrayValue, const String& Delimiter) {
+  return Trap(u"CRVLIB.Functions::ArrayToDynArray"sv, [&] {
+    bool whole = !Delimiter.odd();
+    for (const String& item : ArrayValue.items) whole = whole && !item.odd();
+    auto append_all = [&](auto& t) {
+      // Appending to an empty value sets it, so leading empty items vanish.
+      for (const String& item : ArrayValue.items) internal::InsertElement(t, item, Delimiter, -1);
+      return t.TakeValue();
+    };
+    if (whole) {
+      const String empty;
+      PlainText t(empty);
+      return append_all(t);
+    }
+    auto object = std::make_shared<internal::DynamicStringImpl>();
+    ObjectText t(*object);
+    return append_all(t);
+  });
+}
+
+DynamicString Functions::ToDynamicString(const String& Value) {
+  return Trap(u"CRVLIB.Functions::ToDynamicString"sv, [&] {
+    DynamicString d;
+    d.SetValue(Value);
+    return d;
+  });
+}
+
+}  // namespace crvlib

@@ -1,0 +1,458 @@
+// The element engine: the operations of a dynamic string array over a text
+// host (ObjectText for a DynamicString view, PlainText for a caller's string
+// on a fresh state; element_text.h).
+//
+// Everything goes through Scan and its cache (ScanElement, ScanStart, …),
+// which behaves exactly as a loop that searches one delimiter per element:
+// asking for the cached or the previous element costs nothing, asking for a
+// later one continues from the cache, an earlier one starts again from the
+// first element, and the cache is left as that loop leaves it. Only the speed
+// differs: while the text is searched by code units, runs of elements are
+// skipped by counting delimiters (element_scan.h), and once checkpoints
+// exist a far element is reached from the nearest one instead of from the
+// start; the cache fields end up the same either way.
+//
+// The quirks that follow from the cache and from the edit rules are kept on
+// purpose; each is noted where it arises.
+#ifndef CRVLIB_DYNSTRING_ELEMENT_ENGINE_H_
+#define CRVLIB_DYNSTRING_ELEMENT_ENGINE_H_
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include "core/checked.h"
+#include "core/error_frame.h"
+#include "crvlib/enums.h"
+#include "crvlib/string.h"
+#include "dynstring/element_scan.h"
+#include "dynstring/element_text.h"
+#include "runtime/code_page.h"
+#include "runtime/compare.h"
+
+namespace crvlib::internal {
+
+// The scan's target for "the last element": the largest it can reach.
+inline constexpr int32_t kScanToEnd = 2147483646;
+// What ExtractElement makes of position -1; the scan never reaches it.
+inline constexpr int32_t kLastElement = 2147483647;
+// Walks of up to this many elements search match by match; longer ones count.
+inline constexpr int64_t kShortWalk = 16;
+// A step back to an element beyond this lays checkpoints over the text.
+inline constexpr int32_t kIndexFrom = 1024;
+
+struct ScanAnswer {
+  int32_t Start = 0;  // bytes within the view
+  int32_t Length = 0;
+  bool Found = false;
+};
+
+// The sorted value of an array (SortElements' result), from its elements in
+// order; defined in element_sort.cpp. Returns false when the fast way cannot
+// promise the literal result (the caller then runs the literal insertion).
+bool SortedJoin(std::u16string_view text, const UnitDelimiter& d, int32_t SortOrder,
+                int32_t Justification, int32_t CaseType, String* out);
+
+namespace element {
+
+template <class Text>
+MatchIndex* ReadyIndex(Text& t, const String& Delimiter) {
+  ScanIndexSlot& slot = t.IndexSlot();
+  if (slot.index && slot.index->matches() >= 0 && slot.delimiter == Delimiter) {
+    return slot.index.get();
+  }
+  return nullptr;
+}
+
+template <class Text>
+MatchIndex* FreshIndex(Text& t, const String& Delimiter) {
+  ScanIndexSlot& slot = t.IndexSlot();
+  if (!slot.index) slot.index = std::make_unique<MatchIndex>();
+  slot.delimiter = Delimiter;
+  return slot.index.get();
+}
+
+// The literal forward loop, one byte-wise search per element.
+template <class Text>
+void AdvanceLiteral(Text& t, const String& Delimiter, int32_t target) {
+  ScanCache& s = t.Cache();
+  while (s.ScanElement < target) {
+    s.ScanPrevElement = s.ScanElement;
+    s.ScanPrevStart = s.ScanStart;
+    s.ScanPrevLength = s.ScanLength;
+    if (s.ScanElement > 0) {
+      s.ScanStart = CheckedAdd(CheckedAdd(s.ScanStart, s.ScanLength), Delimiter.LenB());
+    }
+    const int32_t r = t.FindBytesFrom(Delimiter, s.ScanStart);
+    if (r < 0) {
+      s.ScanAtEnd = true;
+      ++s.ScanElement;
+      s.ScanLength = t.LengthB() - s.ScanStart;
+      return;
+    }
+    ++s.ScanElement;
+    s.ScanLength = r - s.ScanStart;
+  }
+}
+
+// Sets the cache to element min(target, count) as the forward loop leaves
+// it, reading element boundaries from the checkpoints.
+inline void JumpTo(ScanCache& s, std::u16string_view text, const UnitDelimiter& d,
+                   const MatchIndex& index, int64_t target) {
+  const int64_t count = index.matches() + 1;
+  const size_t m = d.size();
+  auto start_of = [&](int64_t j) -> size_t { return j == 1 ? 0 : index.Match(text, d, j - 1) + m; };
+  auto end_of = [&](int64_t j) -> size_t {
+    return j == count ? text.size() : index.Match(text, d, j);
+  };
+  const int64_t e = target < count ? target : count;
+  const size_t start = start_of(e);
+  s.ScanElement = static_cast<int32_t>(e);
+  s.ScanStart = static_cast<int32_t>(start * 2);
+  s.ScanLength = static_cast<int32_t>((end_of(e) - start) * 2);
+  if (e == 1) {
+    s.ScanPrevElement = s.ScanPrevStart = s.ScanPrevLength = 0;
+  } else {
+    const size_t prev = start_of(e - 1);
+    s.ScanPrevElement = static_cast<int32_t>(e - 1);
+    s.ScanPrevStart = static_cast<int32_t>(prev * 2);
+    s.ScanPrevLength = static_cast<int32_t>((start - m - prev) * 2);
+  }
+  s.ScanAtEnd = e == count;
+}
+
+// The forward loop from the cached element towards `target`, taken in runs.
+// The cache must not be at the end.
+template <class Text>
+void Advance(Text& t, const String& Delimiter, int32_t target, bool may_index) {
+  ScanCache& s = t.Cache();
+  const int64_t steps = int64_t{target} - s.ScanElement;
+  if (!t.UnitMode(Delimiter) || (steps <= kShortWalk && !t.Contiguous())) {
+    return AdvanceLiteral(t, Delimiter, target);
+  }
+  const UnitDelimiter d(Delimiter.view());
+  MatchIndex* index = ReadyIndex(t, Delimiter);
+  if (index == nullptr && may_index && steps > kShortWalk) {
+    // A far step backwards: first lay checkpoints over the whole text, so
+    // that later ones (a binary search's probes) cost a chunk each.
+    index = FreshIndex(t, Delimiter);
+    SkipDelimiters(t.Units(), 0, INT64_MAX, d, index);
+  }
+  if (index != nullptr && steps > kShortWalk) {
+    return JumpTo(s, t.Units(), d, *index, target);
+  }
+
+  const std::u16string_view text = t.Units();
+  const size_t m = d.size();
+  const size_t from =
+      s.ScanElement > 0 ? (size_t{0} + s.ScanStart + s.ScanLength) / 2 + m : size_t{0};
+  // A full pass from the first element lays checkpoints on the way.
+  MatchIndex* record =
+      s.ScanElement == 0 && target == kScanToEnd ? FreshIndex(t, Delimiter) : nullptr;
+  // The last three matches of the walk, newest first: r1, r2, r3.
+  size_t r1 = kNoMatch, r2 = kNoMatch, r3 = kNoMatch;
+  int64_t found = 0;
+  if (steps == 1) {
+    r1 = FindDelimiter(text, from, d);
+    found = r1 == kNoMatch ? 0 : 1;
+  } else {
+    const SkipResult run = SkipDelimiters(text, from, steps - 1, d, record);
+    found = run.found;
+    r1 = run.last;
+    r2 = run.before_last;
+    if (found == steps - 1) {
+      const size_t next = FindDelimiter(text, found > 0 ? r1 + m : from, d);
+      if (next != kNoMatch) {
+        r3 = r2;
+        r2 = r1;
+        r1 = next;
+        found = steps;
+      }
+    }
+  }
+  if (record != nullptr && record->matches() < 0) t.IndexSlot().index.reset();
+
+  // Element e + j starts at `from` for j = 1, else right behind match j - 1.
+  auto after = [&](size_t r) { return r == kNoMatch ? from : r + m; };
+  const int32_t e = s.ScanElement;
+  if (found == steps) {
+    // Every match was there: the target element ends at r1.
+    const size_t start = after(r2);
+    if (steps >= 2) {
+      const size_t prev = after(r3);
+      s.ScanPrevElement = static_cast<int32_t>(e + steps - 1);
+      s.ScanPrevStart = static_cast<int32_t>(prev * 2);
+      s.ScanPrevLength = static_cast<int32_t>((r2 - prev) * 2);
+    } else {
+      s.ScanPrevElement = s.ScanElement;
+      s.ScanPrevStart = s.ScanStart;
+      s.ScanPrevLength = s.ScanLength;
+    }
+    s.ScanElement = target;
+    s.ScanStart = static_cast<int32_t>(start * 2);
+    s.ScanLength = static_cast<int32_t>((r1 - start) * 2);
+    return;
+  }
+  // The end came first: the text after the last match is the last element.
+  const size_t start = after(r1);
+  if (found >= 1) {
+    const size_t prev = after(r2);
+    s.ScanPrevElement = static_cast<int32_t>(e + found);
+    s.ScanPrevStart = static_cast<int32_t>(prev * 2);
+    s.ScanPrevLength = static_cast<int32_t>((r1 - prev) * 2);
+  } else {
+    s.ScanPrevElement = s.ScanElement;
+    s.ScanPrevStart = s.ScanStart;
+    s.ScanPrevLength = s.ScanLength;
+  }
+  s.ScanElement = static_cast<int32_t>(e + found + 1);
+  s.ScanStart = static_cast<int32_t>(start * 2);
+  s.ScanLength = static_cast<int32_t>((text.size() - start) * 2);
+  s.ScanAtEnd = true;
+}
+
+}  // namespace element
+
+// Element `Position` of the text: its start and length in bytes and whether
+// it exists. Position 0 answers (0, 0, found) untouched; a negative Position
+// asks for the last element. An empty delimiter raises 5.
+template <class Text>
+ScanAnswer Scan(Text& t, const String& Delimiter, int32_t Position) {
+  if (Delimiter.LenB() == 0) Raise(kInvalidProcedureCall, u"CRVLIB.DynamicString::Scan");
+  ScanCache& s = t.Cache();
+  if (Delimiter != s.ScanDelimiter) {
+    s.ScanDelimiter = Delimiter;
+    t.ResetScan();
+  }
+  if (Position == 0) return {0, 0, true};
+  if (Position == s.ScanElement) return {s.ScanStart, s.ScanLength, true};
+  if (Position == s.ScanPrevElement) return {s.ScanPrevStart, s.ScanPrevLength, true};
+  int32_t target = Position;
+  bool backwards = false;
+  if (Position < 0) {
+    if (s.ScanAtEnd) return {t.LengthB(), 0, true};
+    target = kScanToEnd;
+  } else if (Position < s.ScanElement) {
+    t.ResetScan();
+    // Far enough back that the literal walk from the start may be repeated
+    // (a binary search's probes): worth laying checkpoints.
+    backwards = Position > kIndexFrom;
+  } else if (s.ScanAtEnd) {
+    return {t.LengthB(), 0, false};
+  }
+  element::Advance(t, Delimiter, target, backwards);
+  return {s.ScanStart, s.ScanLength, s.ScanElement == target || target == kScanToEnd};
+}
+
+template <class Text>
+int32_t CountElements(Text& t, const String& Delimiter) {
+  Scan(t, Delimiter, -1);
+  return t.Cache().ScanElement;
+}
+
+struct ElementSpan {
+  int32_t Start = 0;
+  int32_t Length = 0;
+  bool Eof = false;  // the position was not found
+};
+
+// Where ExtractElement's view lies. -1 is taken as 2147483647, which the scan
+// never reaches: it runs to the last element and reports it, unless the cache
+// already knows the end, when the answer is an empty range at the end. This
+// dependence on the cache is deliberate.
+template <class Text>
+ElementSpan ExtractElement(Text& t, const String& Delimiter, int32_t Position) {
+  if (Position == -1) {
+    Position = kLastElement;
+  } else if (Position < 0) {
+    Raise(kInvalidProcedureCall, u"CRVLIB.DynamicString::ExtractElement");
+  }
+  if (Position == 0) return {0, t.LengthB(), false};
+  const ScanAnswer a = Scan(t, Delimiter, Position);
+  if (a.Found) return {a.Start, a.Length, false};
+  if (Position == kLastElement) return {a.Start, a.Length, true};
+  return {t.LengthB(), 0, true};
+}
+
+template <class Text>
+String ElementText(Text& t, const String& Delimiter, int32_t Position) {
+  const ScanAnswer a = Scan(t, Delimiter, Position);
+  return t.ReadB(a.Start, a.Length);
+}
+
+// Inserts NewValue so that it becomes element Position. Two consequences of
+// the rules are kept deliberately: at the position of an empty last element
+// NewValue fills that element; a Position below -1 asks the scan for the
+// last element, so NewValue goes before it, or, once the cache knows the
+// end (the scan then answers the end itself), is appended with no delimiter.
+template <class Text>
+void InsertElement(Text& t, const String& NewValue, const String& Delimiter, int32_t Position) {
+  if (Position <= 1 && t.LengthB() == 0) return t.SetValue(NewValue);
+  if (Position == 0 || Position == 1) return t.InsertBoth(Delimiter, NewValue, 0, true);
+  if (Position == -1) return t.InsertBoth(Delimiter, NewValue, t.LengthB(), false);
+  const ScanAnswer a = Scan(t, Delimiter, Position);
+  if (a.Found && a.Start < t.LengthB()) return t.InsertBoth(NewValue, Delimiter, a.Start, false);
+
+  // Pad with empty elements so that NewValue lands at Position. The appends
+  // are made as one; the result and the cache are those of one at a time,
+  // and a text that would outgrow the string limit fails before any change.
+  const int32_t reached = t.Cache().ScanElement == 0 ? 1 : t.Cache().ScanElement;
+  const int64_t pads = int64_t{Position} - reached > 0 ? int64_t{Position} - reached : 0;
+  const int64_t total = int64_t{t.LengthB()} + pads * Delimiter.LenB() + NewValue.LenB();
+  if (total > String::kMaxBytes) Raise(kOverflow);
+  if (pads == 0) return t.Append(NewValue);
+  std::u16string run;
+  if (!Delimiter.odd() && !NewValue.odd()) {
+    run.reserve(static_cast<size_t>(total - t.LengthB()) / 2);
+    for (int64_t i = 0; i < pads; ++i) run.append(Delimiter.view());
+    run.append(NewValue.view());
+    return t.Append(String(std::move(run)));
+  }
+  // Byte mode: the run is assembled byte by byte.
+  std::string bytes;
+  for (int64_t i = 0; i < pads; ++i) {
+    bytes.append(reinterpret_cast<const char*>(Delimiter.bytes()), size_t(Delimiter.LenB()));
+  }
+  bytes.append(reinterpret_cast<const char*>(NewValue.bytes()), size_t(NewValue.LenB()));
+  t.MarkBinary();
+  t.Append(String::FromBytes(bytes.data(), bytes.size()));
+}
+
+template <class Text>
+void DeleteElement(Text& t, const String& Delimiter, int32_t Position) {
+  if (Position < -1) Raise(kInvalidProcedureCall, u"CRVLIB.DynamicString::DeleteElement");
+  if (Position == 0) return t.DeleteB(0, t.LengthB());
+  const int32_t target = Position == -1 ? CountElements(t, Delimiter) : Position;
+  const ScanAnswer a = Scan(t, Delimiter, target);
+  if (!a.Found) return;
+  const int32_t m = Delimiter.LenB();
+  if (a.Start > 0) return t.DeleteB(a.Start - m, CheckedAdd(a.Length, m));
+  t.DeleteB(0, CheckedAdd(a.Length, m));
+}
+
+template <class Text>
+void ReplaceElement(Text& t, const String& NewValue, const String& Delimiter, int32_t Position) {
+  // Unlike the other members, replacement has no "last element" position.
+  if (Position < 0) Raise(kInvalidProcedureCall, u"CRVLIB.DynamicString::ReplaceElement");
+  if (Position == 0) return t.SetValue(NewValue);
+  const ScanAnswer a = Scan(t, Delimiter, Position);
+  if (a.Found) return t.ReplaceB(NewValue, a.Start, a.Length);
+  InsertElement(t, NewValue, Delimiter, Position);
+}
+
+// The candidate's comparison with FindValue: StrComp in the mode of CaseType,
+// or, in byte mode, exact bytes (CaseType not 0) or the widened texts.
+template <class Text>
+bool SameElement(Text& t, const String& candidate, const String& FindValue, int32_t CaseType) {
+  if (!t.Binary()) return StrComp(candidate.view(), FindValue.view(), ModeOfCase(CaseType)) == 0;
+  if (CaseType != vxCaseNotSensitive) return candidate == FindValue;
+  return StrComp(StrConvUnicode(candidate).view(), StrConvUnicode(FindValue).view(),
+                 kTextCompare) == 0;
+}
+
+template <class Text>
+int32_t LocateElement(Text& t, const String& FindValue, const String& Delimiter, int32_t Position,
+                      int32_t MatchType, int32_t CaseType) {
+  constexpr std::u16string_view kSource = u"CRVLIB.DynamicString::LocateElement";
+  if (Position < 0) Raise(kInvalidProcedureCall, kSource);
+  if (Position == 0) Position = 1;
+  const int32_t n = FindValue.LenB();
+  for (int32_t e = Position;; e = CheckedAdd(e, 1)) {
+    const ScanAnswer a = Scan(t, Delimiter, e);
+    if (!a.Found) return 0;
+    // The match type is looked at only once an element has been scanned.
+    int32_t s = a.Start;
+    int32_t l = a.Length;
+    switch (MatchType) {
+      case vxExactMatch:
+        break;
+      case vxFirstCharMatch:
+        l = a.Length < n ? 0 : n;
+        break;
+      case vxLastCharMatch:
+        if (a.Length < n) continue;
+        s = a.Start + a.Length - n;
+        l = n;
+        break;
+      case vxSubStringMatch:
+        // Searching an empty element finds nothing, even an empty FindValue.
+        if (a.Length >= n && t.FindB(FindValue, a.Start, a.Length, CaseType) >= 0) return e;
+        continue;
+      default:
+        Raise(kInvalidProcedureCall, kSource);
+    }
+    if (SameElement(t, t.ReadB(s, l), FindValue, CaseType)) return e;
+  }
+}
+
+// Ties go after: equal elements keep their order of arrival.
+inline bool GoesAfter(int32_t SortOrder, int32_t c) {
+  return (SortOrder == vxAscending ? c : -c) >= 0;
+}
+
+template <class Text>
+int32_t InsertElementSorted(Text& t, const String& NewValue, const String& Delimiter,
+                            int32_t SortOrder, int32_t Justification, int32_t CaseType,
+                            int32_t AllowDuplication) {
+  if (t.LengthB() == 0) {
+    t.SetValue(NewValue);
+    return 1;
+  }
+  auto compare = [&](int32_t position) {
+    const String element = ElementText(t, Delimiter, position);
+    return CompareElementValues(NewValue, element, Justification, CaseType, t.Binary());
+  };
+  const int32_t n = CountElements(t, Delimiter);
+  int32_t c = compare(n);
+  if (c == 0 && AllowDuplication == vxNoDuplicates) return 0;
+  // Ordered input costs one comparison: it goes after the last element.
+  if (GoesAfter(SortOrder, c)) {
+    InsertElement(t, NewValue, Delimiter, -1);
+    return CheckedAdd(n, 1);
+  }
+  int32_t lo = 1, hi = n, steps = 1, mid = 0;
+  while (hi >= lo) {
+    // A midpoint of 0 cannot occur (lo >= 1).
+    mid = CheckedAdd(lo, hi) / 2;
+    c = compare(mid);
+    if (c == 0 && AllowDuplication == vxNoDuplicates) return 0;
+    if (GoesAfter(SortOrder, c)) {
+      lo = mid + 1;
+    } else {
+      hi = mid - 1;
+    }
+    if (++steps > n) {
+      mid = n;
+      break;
+    }
+  }
+  if (GoesAfter(SortOrder, c)) ++mid;
+  InsertElement(t, NewValue, Delimiter, mid);
+  return mid;
+}
+
+// The value SortElements gives the text: its elements inserted one by one,
+// in order, into an empty array with InsertElementSorted. The cache is left
+// as the walk over the elements leaves it (the same as after the count).
+template <class Text>
+String SortedValue(Text& t, const String& Delimiter, int32_t SortOrder, int32_t Justification,
+                   int32_t CaseType) {
+  const int32_t n = CountElements(t, Delimiter);
+  String out;
+  if (t.UnitMode(Delimiter) && SortedJoin(t.Units(), UnitDelimiter(Delimiter.view()), SortOrder,
+                                          Justification, CaseType, &out)) {
+    return out;
+  }
+  // The literal insertion, for the cases the fast way does not cover.
+  auto work = std::make_shared<DynamicStringImpl>();
+  ObjectText w(*work);
+  for (int32_t i = 1; i <= n; ++i) {
+    InsertElementSorted(w, ElementText(t, Delimiter, i), Delimiter, SortOrder, Justification,
+                        CaseType, vxAllowDuplicates);
+  }
+  return work->Value();
+}
+
+}  // namespace crvlib::internal
+
+#endif  // CRVLIB_DYNSTRING_ELEMENT_ENGINE_H_

@@ -1,0 +1,249 @@
+// Delimiter search over code units.
+//
+// Finding one match compares eight code units at a time against the
+// delimiter's first unit (and its second, for longer delimiters), then
+// verifies the rest in place. Marks in dynamic arrays are dense (one every
+// dozen characters is usual), so a per-byte memchr loop would restart far too
+// often; the vector loop costs about the same whether a hit is near or far.
+//
+// Skipping many matches counts instead of finding: the text is taken in
+// chunks of MatchIndex::kChunk units; each chunk's matches are counted with
+// vector compares summed in 16-bit lanes (no per-match work at all), and
+// only the chunk in which the wanted match lies is searched match by match.
+// Counting is exact for a one-unit delimiter and for a two-unit one whose
+// units differ: their occurrences can never overlap, so every occurrence is a
+// match. Delimiters whose occurrences can overlap ("||") and longer ones are
+// resolved match by match, left to right, which is what decides overlaps.
+#include "dynstring/element_scan.h"
+
+#include <algorithm>
+#include <bit>
+
+#if defined(__SSE2__) || defined(_M_X64) || defined(_M_AMD64)
+#include <emmintrin.h>
+#define CRVLIB_ELEMENT_SSE2 1
+#endif
+
+namespace crvlib::internal {
+namespace {
+
+bool SameUnits(const char16_t* a, const char16_t* b, size_t n) {
+  for (size_t i = 0; i < n; ++i) {
+    if (a[i] != b[i]) return false;
+  }
+  return true;
+}
+
+// The first occurrence of `d` starting in [from, until); `until` is at most
+// text.size() - d.size() + 1, so every candidate lies wholly in the text.
+size_t FindIn(std::u16string_view text, size_t from, size_t until, const UnitDelimiter& d) {
+  const char16_t* t = text.data();
+  const char16_t* du = d.units().data();
+  const size_t m = d.size();
+  size_t i = from;
+#ifdef CRVLIB_ELEMENT_SSE2
+  const __m128i k0 = _mm_set1_epi16(static_cast<short>(du[0]));
+  if (m == 1) {
+    for (; i + 8 <= until; i += 8) {
+      const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(t + i));
+      const unsigned mask = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(v, k0)));
+      if (mask != 0) return i + static_cast<size_t>(std::countr_zero(mask)) / 2;
+    }
+  } else {
+    // i + 8 <= until <= size - 1 keeps the load at i + 1 inside the text.
+    const __m128i k1 = _mm_set1_epi16(static_cast<short>(du[1]));
+    for (; i + 8 <= until; i += 8) {
+      const __m128i v0 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(t + i));
+      const __m128i v1 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(t + i + 1));
+      unsigned mask = static_cast<unsigned>(
+          _mm_movemask_epi8(_mm_and_si128(_mm_cmpeq_epi16(v0, k0), _mm_cmpeq_epi16(v1, k1))));
+      while (mask != 0) {
+        const unsigned bit = static_cast<unsigned>(std::countr_zero(mask));
+        const size_t j = i + bit / 2;
+        if (m == 2 || SameUnits(t + j + 2, du + 2, m - 2)) return j;
+        mask &= ~(3u << (bit & ~1u));
+      }
+    }
+  }
+#endif
+  for (; i < until; ++i) {
+    if (t[i] == du[0] && SameUnits(t + i + 1, du + 1, m - 1)) return i;
+  }
+  return kNoMatch;
+}
+
+// The number of occurrences starting in [a, b) of a one-unit delimiter, or
+// of a two-unit one (then b <= text.size() - 1). At most kChunk units.
+int64_t CountIn(std::u16string_view text, size_t a, size_t b, const UnitDelimiter& d) {
+  const char16_t* t = text.data();
+  const char16_t c0 = d.units()[0];
+  const bool pair = d.size() == 2;
+  const char16_t c1 = pair ? d.units()[1] : 0;
+  int64_t n = 0;
+  size_t i = a;
+#ifdef CRVLIB_ELEMENT_SSE2
+  // Each compare yields -1 per equal lane; subtracting accumulates counts in
+  // eight 16-bit lanes, which cannot overflow within one chunk.
+  const __m128i k0 = _mm_set1_epi16(static_cast<short>(c0));
+  const __m128i k1 = _mm_set1_epi16(static_cast<short>(c1));
+  __m128i acc = _mm_setzero_si128();
+  auto hits = [&](size_t at) {
+    const __m128i eq0 =
+        _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(t + at)), k0);
+    if (!pair) return eq0;
+    return _mm_and_si128(
+        eq0, _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(t + at + 1)), k1));
+  };
+  for (; i + 32 <= b; i += 32) {
+    acc = _mm_sub_epi16(acc, hits(i));
+    acc = _mm_sub_epi16(acc, hits(i + 8));
+    acc = _mm_sub_epi16(acc, hits(i + 16));
+    acc = _mm_sub_epi16(acc, hits(i + 24));
+  }
+  for (; i + 8 <= b; i += 8) acc = _mm_sub_epi16(acc, hits(i));
+  const __m128i sums = _mm_madd_epi16(acc, _mm_set1_epi16(1));
+  alignas(16) int32_t lanes[4];
+  _mm_store_si128(reinterpret_cast<__m128i*>(lanes), sums);
+  n = int64_t{lanes[0]} + lanes[1] + lanes[2] + lanes[3];
+#endif
+  for (; i < b; ++i) n += t[i] == c0 && (!pair || t[i + 1] == c1);
+  return n;
+}
+
+// The last two occurrences starting in [a, b), found one by one.
+void LastTwoIn(std::u16string_view text, size_t a, size_t b, const UnitDelimiter& d, size_t* last,
+               size_t* before_last) {
+  *last = kNoMatch;
+  *before_last = kNoMatch;
+  for (size_t r = FindIn(text, a, b, d); r != kNoMatch; r = FindIn(text, r + d.size(), b, d)) {
+    *before_last = *last;
+    *last = r;
+    if (r + d.size() >= b) break;
+  }
+}
+
+}  // namespace
+
+// Writes the checkpoints of a pass that starts at the text's beginning.
+class IndexRecorder {
+ public:
+  explicit IndexRecorder(MatchIndex* index) : index_(index) {
+    if (index_ != nullptr) {
+      index_->entries_.clear();
+      index_->matches_ = -1;
+    }
+  }
+  // Every chunk starting at or before `pos` has `before` matches before it
+  // and no match starting before `floor` that is not counted.
+  void Reach(size_t pos, int64_t before, size_t floor) {
+    if (index_ == nullptr) return;
+    for (size_t c = index_->entries_.size(); c * MatchIndex::kChunk <= pos; ++c) {
+      index_->entries_.push_back({before, std::max(c * MatchIndex::kChunk, floor)});
+    }
+  }
+  void Finish(size_t size, int64_t total, size_t floor) {
+    if (index_ == nullptr) return;
+    Reach(size, total, floor);
+    index_->matches_ = total;
+  }
+
+ private:
+  MatchIndex* index_;
+};
+
+UnitDelimiter::UnitDelimiter(std::u16string_view units) : units_(units) {
+  for (size_t k = 1; k < units.size(); ++k) {
+    if (units.substr(0, k) == units.substr(units.size() - k)) overlapping_ = true;
+  }
+}
+
+size_t FindDelimiter(std::u16string_view text, size_t from, const UnitDelimiter& d) {
+  if (text.size() < d.size() || from > text.size() - d.size()) return kNoMatch;
+  return FindIn(text, from, text.size() - d.size() + 1, d);
+}
+
+size_t MatchIndex::Match(std::u16string_view text, const UnitDelimiter& d, int64_t k) const {
+  auto it = std::partition_point(entries_.begin(), entries_.end(),
+                                 [k](const Entry& e) { return e.before < k; });
+  const Entry& e = *(it - 1);
+  const size_t until = text.size() - d.size() + 1;
+  size_t p = e.resume;
+  for (int64_t j = e.before;;) {
+    const size_t r = FindIn(text, p, until, d);
+    if (++j == k || r == kNoMatch) return r;
+    p = r + d.size();
+  }
+}
+
+SkipResult SkipDelimiters(std::u16string_view text, size_t from, int64_t limit,
+                          const UnitDelimiter& d, MatchIndex* index) {
+  IndexRecorder rec(from == 0 ? index : nullptr);
+  SkipResult out;
+  const size_t m = d.size();
+  if (text.size() < m || from > text.size() - m) {
+    rec.Finish(text.size(), 0, from);
+    return out;
+  }
+  const size_t until = text.size() - m + 1;  // bound on match starts
+
+  if (d.overlapping() || m > 2) {
+    size_t pos = from;
+    while (out.found < limit) {
+      const size_t r = FindIn(text, pos, until, d);
+      if (r == kNoMatch) break;
+      rec.Reach(r, out.found, pos);
+      out.before_last = out.last;
+      out.last = r;
+      ++out.found;
+      pos = r + m;
+    }
+    if (out.found < limit) rec.Finish(text.size(), out.found, pos);
+    return out;
+  }
+
+  struct Range {
+    size_t a = 0, b = 0;
+    int64_t count = 0;
+  };
+  Range last_hit, prior_hit;  // the last two chunks that held matches
+  size_t pos = from;
+  while (pos < until) {
+    const size_t end = std::min((pos / MatchIndex::kChunk + 1) * MatchIndex::kChunk, until);
+    rec.Reach(pos, out.found, pos);
+    const int64_t count = CountIn(text, pos, end, d);
+    if (out.found + count >= limit) {
+      // The wanted match lies in this chunk: walk to it.
+      size_t r = kNoMatch, before = kNoMatch, p = pos;
+      for (int64_t j = out.found; j < limit; ++j) {
+        before = r;
+        r = FindIn(text, p, end, d);
+        p = r + m;
+      }
+      if (limit - out.found < 2 && out.found > 0) {
+        size_t ignored;
+        LastTwoIn(text, last_hit.a, last_hit.b, d, &before, &ignored);
+      }
+      out.found = limit;
+      out.last = r;
+      out.before_last = before;
+      return out;
+    }
+    if (count > 0) {
+      prior_hit = last_hit;
+      last_hit = {pos, end, count};
+    }
+    out.found += count;
+    pos = end;
+  }
+  if (out.found > 0) {
+    LastTwoIn(text, last_hit.a, last_hit.b, d, &out.last, &out.before_last);
+    if (last_hit.count == 1 && out.found > 1) {
+      size_t ignored;
+      LastTwoIn(text, prior_hit.a, prior_hit.b, d, &out.before_last, &ignored);
+    }
+  }
+  rec.Finish(text.size(), out.found, pos);
+  return out;
+}
+
+}  // namespace crvlib::internal

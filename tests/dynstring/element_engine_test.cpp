@@ -1,0 +1,254 @@
+// The element engine against its naive twins: the delimiter kernels against
+// a plain greedy search, the fast scan against the literal one-search-per-
+// element loop (every cache field compared after every step), and the sorts
+// against the literal insertion sort of tests/testing/naive_elements.
+#include "dynstring/element_engine.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "crvlib/dynamic_string.h"
+#include "crvlib/error.h"
+#include "crvlib/functions.h"
+#include "tests/testing/naive_elements.h"
+
+namespace crvlib {
+namespace {
+
+using internal::kNoMatch;
+using internal::UnitDelimiter;
+
+std::u16string RandomText(std::mt19937& rng, size_t n, std::u16string_view alphabet) {
+  std::u16string s(n, u'a');
+  for (char16_t& c : s) c = alphabet[rng() % alphabet.size()];
+  return s;
+}
+
+std::vector<size_t> GreedyMatches(std::u16string_view text, std::u16string_view d) {
+  std::vector<size_t> out;
+  for (size_t r = text.find(d); r != std::u16string_view::npos; r = text.find(d, r + d.size())) {
+    out.push_back(r);
+  }
+  return out;
+}
+
+TEST(ElementScan, SkipAndIndexAgreeWithAGreedySearch) {
+  std::mt19937 rng(7);
+  const std::u16string_view delims[] = {u"|", u"|a", u"||", u"a|a", u"ab", u"\u00ff"};
+  for (int round = 0; round < 300; ++round) {
+    const std::u16string_view dv = delims[round % std::size(delims)];
+    const size_t n = round % 3 == 0 ? 9000 + rng() % 3000 : rng() % 60;
+    const std::u16string text = RandomText(rng, n, round % 2 ? u"a|b" : u"a||\u00ff");
+    const UnitDelimiter d(dv);
+    const std::vector<size_t> want = GreedyMatches(text, dv);
+    SCOPED_TRACE(::testing::Message() << "round " << round << " size " << n);
+
+    internal::MatchIndex index;
+    const internal::SkipResult all = SkipDelimiters(text, 0, INT64_MAX, d, &index);
+    ASSERT_EQ(all.found, int64_t(want.size()));
+    ASSERT_EQ(index.matches(), int64_t(want.size()));
+    if (!want.empty()) {
+      EXPECT_EQ(all.last, want.back());
+    }
+    if (want.size() > 1) {
+      EXPECT_EQ(all.before_last, want[want.size() - 2]);
+    }
+    for (int probe = 0; probe < 20 && !want.empty(); ++probe) {
+      const size_t k = rng() % want.size();
+      EXPECT_EQ(index.Match(text, d, int64_t(k + 1)), want[k]);
+    }
+    // From a match's end, a limited skip lands on the right match.
+    const size_t from_k = want.empty() ? 0 : rng() % want.size();
+    const size_t from = want.empty() ? 0 : want[from_k] + dv.size();
+    const int64_t limit = 1 + rng() % 700;
+    const internal::SkipResult part = SkipDelimiters(text, from, limit, d);
+    const int64_t left = int64_t(want.size()) - int64_t(want.empty() ? 0 : from_k + 1);
+    ASSERT_EQ(part.found, std::min(limit, left));
+    if (part.found > 0) {
+      const size_t last_k = (want.empty() ? 0 : from_k + 1) + size_t(part.found) - 1;
+      EXPECT_EQ(part.last, want[last_k]);
+      EXPECT_EQ(part.before_last, part.found >= 2 ? want[last_k - 1] : kNoMatch);
+    }
+  }
+}
+
+// The literal host: the same object, but every scan step is one byte-wise
+// search, as the unaccelerated loop does it.
+class LiteralText : public internal::ObjectText {
+ public:
+  using ObjectText::ObjectText;
+  bool UnitMode(const String&) { return false; }
+};
+
+TEST(ElementScan, FastScanLeavesTheCacheOfTheLiteralLoop) {
+  std::mt19937 rng(11);
+  const char16_t* delims[] = {u"|", u"||", u"ab"};
+  for (int round = 0; round < 60; ++round) {
+    const String delim = delims[round % 3];
+    const size_t n = round % 4 == 0 ? 6000 : 1 + rng() % 40;
+    const String start = RandomText(rng, n, u"ab|");
+    auto fast_obj = std::make_shared<internal::DynamicStringImpl>();
+    auto slow_obj = std::make_shared<internal::DynamicStringImpl>();
+    fast_obj->SetValue(start);
+    slow_obj->SetValue(start);
+    internal::ObjectText fast(*fast_obj);
+    LiteralText slow(*slow_obj);
+    for (int step = 0; step < 80; ++step) {
+      const int32_t count = internal::CountElements(slow, delim);
+      internal::CountElements(fast, delim);
+      const int32_t pos = int32_t(rng() % (count + 4)) - 2;
+      const int op = int(rng() % 6);
+      const int32_t match_type = int32_t(rng() % 4);
+      SCOPED_TRACE(::testing::Message()
+                   << "round " << round << " step " << step << " op " << op << " pos " << pos);
+      auto both = [&](auto&& fn) {
+        int f = 0, s = 0;
+        try {
+          fn(fast);
+        } catch (const Error& e) {
+          f = e.Number();
+        }
+        try {
+          fn(slow);
+        } catch (const Error& e) {
+          s = e.Number();
+        }
+        EXPECT_EQ(f, s);
+      };
+      // A random far position first, so the next operation starts from an
+      // arbitrary cache.
+      const int32_t warm = int32_t(rng() % (count + 2));
+      both([&](auto& t) { internal::Scan(t, delim, warm); });
+      switch (op) {
+        case 0:
+          both([&](auto& t) { internal::ExtractElement(t, delim, pos); });
+          break;
+        case 1:
+          both([&](auto& t) { internal::InsertElement(t, u"x|", delim, pos); });
+          break;
+        case 2:
+          both([&](auto& t) { internal::DeleteElement(t, delim, pos); });
+          break;
+        case 3:
+          both([&](auto& t) { internal::ReplaceElement(t, u"yy", delim, pos); });
+          break;
+        case 4:
+          both([&](auto& t) { internal::LocateElement(t, u"b", delim, pos, match_type, 1); });
+          break;
+        default:
+          both([&](auto& t) { internal::Scan(t, delim, pos); });
+          break;
+      }
+      ASSERT_EQ(fast_obj->Value(), slow_obj->Value());
+      ASSERT_EQ(fast_obj->scan(), slow_obj->scan());
+    }
+  }
+}
+
+struct SortCase {
+  int32_t order, justification, case_type;
+};
+
+std::u16string RandomArray(std::mt19937& rng, std::u16string_view delim) {
+  static const std::u16string_view kWords[] = {
+      u"",  u"",   u"a",   u"A",   u"b",  u"B",   u"ab", u"1",  u"9",      u"10",     u"100", u"1x",
+      u"-", u"-2", u"1e3", u"(5)", u"$1", u"1.0", u"01", u" 7", u"\u0001", u"\u00e9", u"E"};
+  std::u16string out;
+  const size_t n = rng() % 12;
+  for (size_t i = 0; i < n; ++i) {
+    if (i > 0) out += delim;
+    out += kWords[rng() % std::size(kWords)];
+  }
+  return out;
+}
+
+TEST(ElementSort, SortElementsMatchesTheLiteralInsertionSort) {
+  std::mt19937 rng(5);
+  const SortCase kModes[] = {{0, 0, 1}, {1, 0, 1}, {0, 0, 0}, {1, 0, 0}, {0, 1, 1},
+                             {1, 1, 1}, {0, 1, 0}, {1, 1, 0}, {2, 5, 2}, {1, 1, 2}};
+  const std::u16string_view delims[] = {u"|", u"\u00fe", u"|;"};
+  int compared = 0;
+  for (int round = 0; round < 4000; ++round) {
+    const SortCase& m = kModes[round % std::size(kModes)];
+    const std::u16string_view delim = delims[(round / 10) % 3];
+    const std::u16string array = RandomArray(rng, delim);
+    SCOPED_TRACE(::testing::Message() << String(array) << " order " << m.order << " just "
+                                      << m.justification << " case " << m.case_type);
+    const std::u16string want =
+        testing::NaiveSort(array, delim, m.order, m.justification, m.case_type);
+    ASSERT_EQ(
+        Functions::SortElements(array, String(delim), vxSortOrderEnum(m.order),
+                                vxJustificationEnum(m.justification), vxCaseEnum(m.case_type)),
+        want);
+    DynamicString d;
+    d.SetValue(array);
+    d.SortElements(String(delim), vxSortOrderEnum(m.order), vxJustificationEnum(m.justification),
+                   vxCaseEnum(m.case_type));
+    ASSERT_EQ(d.Value(), want);
+    ++compared;
+  }
+  EXPECT_EQ(compared, 4000);
+}
+
+TEST(ElementSort, LargeMixedNumericSortsReplayTheLiteralProbes) {
+  // Numbers and text mixed under right justification: the comparison has
+  // cycles, so only a probe-by-probe replay gives the literal result.
+  std::mt19937 rng(9);
+  for (int round = 0; round < 20; ++round) {
+    std::u16string array;
+    for (int i = 0; i < 300; ++i) {
+      if (i > 0) array += u'|';
+      const int kind = int(rng() % 4);
+      array += kind == 0   ? u""
+               : kind == 1 ? std::u16string(1, char16_t(u'a' + rng() % 3))
+                           : String::FromUtf8(std::to_string(rng() % 200)).ToU16() +
+                                 (kind == 3 ? u"x" : u"");
+    }
+    const int32_t order = round % 2;
+    SCOPED_TRACE(round);
+    EXPECT_EQ(Functions::SortElements(array, u"|", vxSortOrderEnum(order), vxRightJustify),
+              testing::NaiveSort(array, u"|", order, 1, 1));
+  }
+}
+
+TEST(ElementSort, InsertSortedMatchesTheLiteralBinarySearch) {
+  std::mt19937 rng(3);
+  for (int round = 0; round < 3000; ++round) {
+    const int32_t order = int32_t(rng() % 3), just = int32_t(rng() % 2), cs = int32_t(rng() % 2),
+                  dup = int32_t(rng() % 2);
+    std::u16string array = RandomArray(rng, u"|");
+    if (rng() % 2) array = testing::NaiveSort(array, u"|", order, just, cs);
+    const std::u16string value = RandomArray(rng, u";").substr(0, 3);
+    SCOPED_TRACE(::testing::Message() << String(array) << " + " << String(value));
+    std::u16string want = array;
+    const int32_t want_pos = testing::NaiveInsertSorted(want, u"|", value, order, just, cs, dup);
+    String got = array;
+    ASSERT_EQ(
+        Functions::InsertSorted(got, u"|", value, vxSortOrderEnum(order), vxJustificationEnum(just),
+                                vxCaseEnum(cs), vxDuplicatesEnum(dup)),
+        want_pos);
+    ASSERT_EQ(got, want);
+  }
+}
+
+TEST(ElementSort, InsertSortedOnALargeArrayProbesThroughCheckpoints) {
+  std::u16string array;
+  for (int i = 0; i < 20000; ++i) {
+    if (i > 0) array += u'|';
+    array += String::FromUtf8(std::to_string(100000 + 3 * i)).ToU16();
+  }
+  for (int v : {99999, 100001, 130000, 130001, 200000}) {
+    std::u16string want = array;
+    const std::u16string value = String::FromUtf8(std::to_string(v)).ToU16();
+    const int32_t pos = testing::NaiveInsertSorted(want, u"|", value, 0, 0, 1, 1);
+    String got = array;
+    EXPECT_EQ(Functions::InsertSorted(got, u"|", value), pos);
+    EXPECT_EQ(got, want);
+  }
+}
+
+}  // namespace
+}  // namespace crvlib

@@ -1,0 +1,104 @@
+#include "tests/testing/naive_elements.h"
+
+#include "crvlib/string.h"
+#include "dynstring/dynamic_string_impl.h"
+
+namespace crvlib::testing {
+namespace {
+
+// Where element `k` (1-based) starts, counted in code units.
+size_t StartOf(std::u16string_view text, std::u16string_view delim, int32_t k) {
+  size_t start = 0;
+  for (int32_t i = 1; i < k; ++i) start = text.find(delim, start) + delim.size();
+  return start;
+}
+
+int Compare(std::u16string_view a, std::u16string_view b, int32_t justification,
+            int32_t case_type) {
+  return internal::CompareElementValues(String(a), String(b), justification, case_type, false);
+}
+
+bool After(int32_t order, int c) {
+  return (order == 0 ? c : -c) >= 0;
+}
+
+}  // namespace
+
+std::vector<std::u16string> NaiveSplit(std::u16string_view text, std::u16string_view delim) {
+  std::vector<std::u16string> out;
+  if (text.empty()) return out;
+  size_t start = 0;
+  for (size_t r; (r = text.find(delim, start)) != std::u16string_view::npos;
+       start = r + delim.size()) {
+    out.emplace_back(text.substr(start, r - start));
+  }
+  out.emplace_back(text.substr(start));
+  return out;
+}
+
+std::u16string NaiveInsert(std::u16string text, std::u16string_view delim, int32_t position,
+                           std::u16string_view value, bool cache_at_end) {
+  if (position <= 1 && text.empty()) return std::u16string(value);
+  if (position == 0 || position == 1) return std::u16string(value) + std::u16string(delim) + text;
+  if (position == -1) return text + std::u16string(delim) + std::u16string(value);
+  const int32_t n = static_cast<int32_t>(NaiveSplit(text, delim).size());
+  if (position < -1) {
+    if (cache_at_end) return text + std::u16string(value);  // the scan answers the end itself
+    position = n;                                           // the last element
+  }
+  if (position <= n) {
+    const size_t start = StartOf(text, delim, position);
+    if (start < text.size()) {
+      return text.insert(start, std::u16string(value) + std::u16string(delim));
+    }
+    return text + std::u16string(value);  // an empty last element is filled
+  }
+  for (int32_t i = n == 0 ? 1 : n; i < position; ++i) text += delim;
+  return text + std::u16string(value);
+}
+
+int32_t NaiveInsertSorted(std::u16string& text, std::u16string_view delim,
+                          std::u16string_view value, int32_t order, int32_t justification,
+                          int32_t case_type, int32_t allow_duplicates) {
+  if (text.empty()) {
+    text = value;
+    return 1;
+  }
+  auto element = [&](int32_t k) { return NaiveSplit(text, delim)[size_t(k - 1)]; };
+  const int32_t n = static_cast<int32_t>(NaiveSplit(text, delim).size());
+  int c = Compare(value, element(n), justification, case_type);
+  if (c == 0 && allow_duplicates == 0) return 0;
+  if (After(order, c)) {
+    text = NaiveInsert(text, delim, -1, value);
+    return n + 1;
+  }
+  int32_t lo = 1, hi = n, steps = 1, mid = 0;
+  while (hi >= lo) {
+    mid = (lo + hi) / 2;
+    c = Compare(value, element(mid), justification, case_type);
+    if (c == 0 && allow_duplicates == 0) return 0;
+    if (After(order, c)) {
+      lo = mid + 1;
+    } else {
+      hi = mid - 1;
+    }
+    if (++steps > n) {
+      mid = n;
+      break;
+    }
+  }
+  if (After(order, c)) ++mid;
+  text = NaiveInsert(text, delim, mid, value);
+  return mid;
+}
+
+std::u16string NaiveSort(std::u16string_view text, std::u16string_view delim, int32_t order,
+                         int32_t justification, int32_t case_type) {
+  std::u16string work;
+  for (const std::u16string& e : NaiveSplit(text, delim)) {
+    NaiveInsertSorted(work, delim, e, order, justification, case_type, 1);
+  }
+  return work;
+}
+
+}  // namespace crvlib::testing

@@ -1,0 +1,37 @@
+// A deliberately naive element engine for checking the real one: the array
+// is re-split from scratch for every question, the sorted insertion is the
+// literal binary search with its probe counter, and SortElements inserts the
+// elements one by one into a growing string. Quadratic and worse on purpose;
+// only for small inputs. Strings of whole code units, no byte mode.
+#ifndef CRVLIB_TESTS_TESTING_NAIVE_ELEMENTS_H_
+#define CRVLIB_TESTS_TESTING_NAIVE_ELEMENTS_H_
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace crvlib::testing {
+
+// The elements of `text` at `delim` (matched left to right, never
+// overlapping); none for "".
+std::vector<std::u16string> NaiveSplit(std::u16string_view text, std::u16string_view delim);
+
+// InsertElement for any position, with the rules spelled out on the split.
+// `cache_at_end` says whether a scan cache would already know the end (it
+// decides positions below -1).
+std::u16string NaiveInsert(std::u16string text, std::u16string_view delim, int32_t position,
+                           std::u16string_view value, bool cache_at_end = false);
+
+// InsertElementSorted on a string: returns the position, updates `text`.
+int32_t NaiveInsertSorted(std::u16string& text, std::u16string_view delim,
+                          std::u16string_view value, int32_t order, int32_t justification,
+                          int32_t case_type, int32_t allow_duplicates);
+
+// SortElements: the elements inserted in turn into an empty string.
+std::u16string NaiveSort(std::u16string_view text, std::u16string_view delim, int32_t order,
+                         int32_t justification, int32_t case_type);
+
+}  // namespace crvlib::testing
+
+#endif  // CRVLIB_TESTS_TESTING_NAIVE_ELEMENTS_H_
