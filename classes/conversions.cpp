@@ -1,4 +1,4 @@
-// Conversions::Convert and the character filters.
+// Conversions::Convert, the character filters and proper case.
 //
 // Convert parses the code into a ConversionCode (conversion_codes.h) and
 // hands the datum to its family. An empty datum is answered before the code
@@ -17,7 +17,9 @@
 #include "core/error_frame.h"
 #include "core/thread_state.h"
 #include "crvlib/conversions.h"
+#include "crvlib/dynamic_string.h"
 #include "runtime/code_page.h"
+#include "runtime/text.h"
 
 namespace crvlib {
 namespace {
@@ -91,6 +93,27 @@ String Conversions::NonNum(const String& Value) {
   return Trap(u"CRVLIB.Conversions::NonNum", [&] {
     return KeepCodes(
         Value, [](uint8_t c) { return (c >= 32 && c <= 44) || c == 47 || (c >= 58 && c <= 126); });
+  });
+}
+
+String Conversions::PCase(const String& Value) {
+  return Trap(u"CRVLIB.Converions::PCase", [&] {
+    // A word starts at the beginning and after a space, carriage return,
+    // line feed, tab or form feed, and nowhere else: "o'neil-smith, jr."
+    // becomes "O'neil-smith, Jr.". The four control characters are looked
+    // up as the elements of a list, one search per character.
+    std::u16string text = internal::LowerCase(Value.view()).ToU16();
+    DynamicString breaks;
+    breaks.SetValue(u"\r,\n,\t,\f");
+    bool after_break = true;  // the text is preceded by a space
+    for (char16_t& c : text) {
+      const bool is_break = breaks.LocateElement(std::u16string_view(&c, 1), u",", 1, vxExactMatch,
+                                                 vxCaseSensitive) != 0;
+      const bool is_space = c == u' ';
+      if (!is_break && after_break) c = internal::UpperCaseUnit(c);
+      after_break = is_space || is_break;
+    }
+    return String(std::move(text));
   });
 }
 

@@ -1,6 +1,9 @@
 // The typed conversions of Conversions: display text to Boolean, Currency,
 // Date and percentage values and back.
 //
+// BooleanIn looks the upper-cased text up in lists of Boolean words with
+// the element search of a DynamicString.
+//
 // Output formats with the Format language in the thread's locale; the value
 // must already be a Variant of the routine's type (anything else is 13:
 // these routines format, they do not convert). Input parses with the
@@ -16,6 +19,7 @@
 #include "runtime/format.h"
 #include "runtime/number_parse.h"
 #include "runtime/rounding.h"
+#include "runtime/text.h"
 
 namespace crvlib {
 namespace {
@@ -28,6 +32,20 @@ void RequireType(const Variant& value, VarType type) {
 }
 
 }  // namespace
+
+Variant Conversions::BooleanIn(const String& Value) {
+  return Trap(u"CRVLIB.Converions::BooleanIn", [&] {
+    // A word that is no Boolean word at all reads as "0"; of the rest, the
+    // true words are True. Both lists are searched caselessly, element by
+    // element, so "tRuE" and "Active" count and "T,F" matches nothing.
+    String word = internal::UpperCase(Value.Len() == 0 ? std::u16string_view(u"0") : Value.view());
+    DynamicString words;
+    words.SetValue(u"0,1,-1,T,F,Y,N,TRUE,FALSE,YES,NO,ON,OFF,ACTIVE,INACTIVE");
+    if (words.LocateElement(word, u",", 1, vxExactMatch, vxCaseNotSensitive) == 0) word = u"0";
+    words.SetValue(u"1,-1,T,Y,TRUE,YES,ON,ACTIVE");
+    return Variant(words.LocateElement(word, u",", 1, vxExactMatch, vxCaseNotSensitive) != 0);
+  });
+}
 
 String Conversions::BooleanOut(const Variant& Bool, String& OutputFormat) {
   return Trap(u"CRVLIB.Converions::BooleanOut", [&] {

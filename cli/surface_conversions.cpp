@@ -21,6 +21,11 @@ ClassInfo ConversionsClass() {
               "characters (MC), hex (MX) and numeric masks (MD, MR, ML). Set InputConvert to "
               "True to convert display text to its stored form.",
               ByRef("Data"), ByRef("Conversion"), Optional("InputConvert", false)),
+          Method<&Conversions::BooleanIn>(
+              "BooleanIn",
+              "Converts display text to a Boolean value. 1, -1, T, Y, TRUE, YES, ON and ACTIVE "
+              "(in any case) are True; anything else is False.",
+              In("Value")),
           Method<kBooleanOut>(
               "BooleanOut",
               "Returns a Boolean value as display text. OutputFormat is one of T/F, t/f, Y/N, "
@@ -69,6 +74,11 @@ ClassInfo ConversionsClass() {
               "NonNum",
               "Returns the printable characters of the supplied string other than digits, minus "
               "signs and full stops.",
+              ByRef("Value")),
+          Method<&Conversions::PCase>(
+              "PCase",
+              "Returns the supplied string in proper case: lower case with a capital at the start "
+              "and after each space, carriage return, line feed, tab or form feed.",
               ByRef("Value")),
       });
 }

@@ -25,6 +25,22 @@ void ExpectError(Fn fn, int32_t number, std::string_view source) {
 
 using TypedTest = EnUs;
 
+TEST_F(TypedTest, BooleanInKnowsItsWordsInAnyCase) {
+  struct Case {
+    std::u16string_view text;
+    bool want;
+  };
+  constexpr Case kCases[] = {
+      {u"", false},   {u"maybe", false}, {u"active", true},    {u"-1", true},   {u"tRuE", true},
+      {u"y", true},   {u"no", false},    {u"INACTIVE", false}, {u"T,F", false}, {u"1,", false},
+      {u" 1", false}, {u"2", false},     {u"\u00E9", false},
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(U8(c.text));
+    EXPECT_EQ(Conversions::BooleanIn(String(c.text)), Variant(c.want));
+  }
+}
+
 TEST_F(TypedTest, BooleanOutAnswersItsFormatsAndRewritesAnyOther) {
   struct Case {
     bool value;
@@ -136,14 +152,33 @@ TEST(Filters, KeepCharactersByTheirCodePageCode) {
   }
 }
 
+TEST(PCase, StartsWordsAfterWhiteSpaceOnly) {
+  struct Case {
+    std::u16string_view value, want;
+  };
+  constexpr Case kCases[] = {
+      {u"o'neil-smith, jr.", u"O'neil-smith, Jr."},
+      {u"HELLO   wORLD", u"Hello   World"},
+      {u"a\tb\rc\nd\fe\vf", u"A\tB\rC\nD\fE\vf"},  // vertical tab is no break
+      {u"\t\tab", u"\t\tAb"},
+      {u"1st  \u00C9T\u00C9", u"1st  \u00C9t\u00E9"},
+      {u"a,b", u"A,b"},  // the list's delimiter is no break either
+      {u"", u""},
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(U8(c.value));
+    EXPECT_EQ(U8(Conversions::PCase(String(c.value)).view()), U8(c.want));
+  }
+}
+
 TEST(ConversionsSurface, ListsEveryRoutineInTypeLibraryOrder) {
   const cli::ClassInfo* c = cli::ShippedSurface().FindClass("Conversions");
   ASSERT_NE(c, nullptr);
   std::string names;
   for (const cli::MemberInfo& m : c->members) names += m.name + " ";
   EXPECT_EQ(names,
-            "Convert BooleanOut CurrencyIn CurrencyOut DateIn DateOut TimeIn TimeOut "
-            "PercentIn PercentOut Alpha AlphaPlus Num NumPlus NonNum ");
+            "Convert BooleanIn BooleanOut CurrencyIn CurrencyOut DateIn DateOut TimeIn TimeOut "
+            "PercentIn PercentOut Alpha AlphaPlus Num NumPlus NonNum PCase ");
   const cli::MemberInfo* out = c->Find("BooleanOut", cli::MemberKind::kMethod);
   ASSERT_NE(out, nullptr);
   ASSERT_EQ(out->params.size(), 2u);
