@@ -6,6 +6,10 @@
 // hold: MX out and back gives the text through the code page, "D/" out and
 // back gives the day number, "MTS" the seconds, "MD2,$" the stored amount.
 //
+// The same datum also goes through the other routines of the class: the
+// filters and PCase keep the length or a subsequence, BooleanIn never
+// fails, and the typed In routines fail only with 13 or 6.
+//
 // Input: byte 0 picks the direction (bit 0) and the locale (bits 1-2); the
 // rest is UTF-8 "data" NUL "code".
 #include <cstdint>
@@ -53,6 +57,39 @@ void RoundTrips(const String& data, int64_t n) {
         Text(amount));
 }
 
+bool IsSubsequence(std::u16string_view part, std::u16string_view whole) {
+  size_t i = 0;
+  for (char16_t c : whole) {
+    if (i < part.size() && part[i] == c) ++i;
+  }
+  return i == part.size();
+}
+
+template <class Fn>
+void ExpectParseErrorOnly(Fn fn) {
+  try {
+    fn();
+  } catch (const Error& e) {
+    Check(e.Number() == 13 || e.Number() == 6);
+    Check(e.Source().view().starts_with(u"CRVLIB.Converions::"));
+  }
+}
+
+void OtherRoutines(const String& datum) {
+  Check(Conversions::PCase(datum).Len() == datum.Len());
+  for (const String& kept : {Conversions::Alpha(datum), Conversions::AlphaPlus(datum),
+                             Conversions::Num(datum), Conversions::NonNum(datum)}) {
+    Check(IsSubsequence(kept.view(), datum.view()));
+  }
+  const String number = Conversions::NumPlus(datum);
+  for (char16_t c : number.view()) Check(c >= u',' && c <= u'9' && c != u'/');
+  Conversions::BooleanIn(datum);
+  ExpectParseErrorOnly([&] { Conversions::CurrencyIn(datum); });
+  ExpectParseErrorOnly([&] { Conversions::PercentIn(datum); });
+  ExpectParseErrorOnly([&] { Conversions::DateIn(datum); });
+  ExpectParseErrorOnly([&] { Conversions::TimeIn(datum); });
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -93,6 +130,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     }
   }
 
+  OtherRoutines(datum);
   if (current == 0) {
     uint64_t n = 0;
     for (size_t i = 1; i < size && i < 9; ++i) n = n << 8 | data[i];
