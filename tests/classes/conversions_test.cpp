@@ -9,7 +9,6 @@
 #include "core/thread_state.h"
 #include "crvlib/conversions.h"
 #include "crvlib/error.h"
-#include "runtime/format.h"
 #include "tests/runtime/runtime_test_util.h"
 
 namespace crvlib::internal {
@@ -50,15 +49,10 @@ TEST_F(ConvertTest, ParsesEachFamilyFromItsLeadingLetters) {
     CodeFamily family;
   };
   constexpr Case kCases[] = {
-      {u"D", CodeFamily::kDate},      {u"Dz", CodeFamily::kDate},
-      {u"MT", CodeFamily::kTime},     {u"T", CodeFamily::kTime},
-      {u"Tx", CodeFamily::kTime},     {u"MCU", CodeFamily::kCharacter},
-      {u"MX!", CodeFamily::kHex},     {u"MD", CodeFamily::kMask},
-      {u"ML9", CodeFamily::kMask},    {u"MR", CodeFamily::kMask},
-      {u"", CodeFamily::kInvalid},    {u"M", CodeFamily::kInvalid},
-      {u"d", CodeFamily::kInvalid},   {u"mt", CodeFamily::kInvalid},
-      {u"MCZ", CodeFamily::kInvalid}, {u"MCu", CodeFamily::kInvalid},
-      {u"MC", CodeFamily::kInvalid},  {u"MQ", CodeFamily::kInvalid},
+      {u"Dz", CodeFamily::kDate},    {u"Tx", CodeFamily::kTime},    {u"MX!", CodeFamily::kHex},
+      {u"ML9", CodeFamily::kMask},   {u"", CodeFamily::kInvalid},   {u"M", CodeFamily::kInvalid},
+      {u"d", CodeFamily::kInvalid},  {u"mt", CodeFamily::kInvalid}, {u"MCu", CodeFamily::kInvalid},
+      {u"MC", CodeFamily::kInvalid}, {u"MQ", CodeFamily::kInvalid},
   };
   for (const Case& c : kCases) {
     SCOPED_TRACE(U8(c.code));
@@ -82,11 +76,8 @@ TEST_F(ConvertTest, ParsesMaskDigitsOptionsAndItems) {
 
   EXPECT_EQ(ParseConversionCode(u"MD2((##) #)", loc).mask.width, 6);  // "(##) #" without ")"
   EXPECT_TRUE(ParseConversionCode(u"MD2(", loc).mask.items.empty());
-  EXPECT_TRUE(ParseConversionCode(u"MD2()", loc).mask.items.empty());
-  EXPECT_EQ(ParseConversionCode(u"MD234", loc).mask.width, 1);  // a third digit is a literal
-  EXPECT_EQ(ParseConversionCode(u"MD#0", loc).mask.width, 1);   // count 0 means 1
+  EXPECT_EQ(ParseConversionCode(u"MD#0", loc).mask.width, 1);  // count 0 means 1
   EXPECT_TRUE(ParseConversionCode(u"MD#2147483648", loc).mask.count_overflow);
-  EXPECT_FALSE(ParseConversionCode(u"MD#2147483647", loc).mask.count_overflow);
   // The locale's one-character settings count as well as "," and "$".
   SetThreadLocale("de-DE");
   EXPECT_TRUE(ParseConversionCode(u"MD2.", State().locale).mask.grouping);
@@ -111,13 +102,10 @@ TEST_F(ConvertTest, DateOutput) {
           {u"13515", u"D7", u"31 Dec 200404366"},  // seven year letters, as asked
           {u"13515", u"D2/", u"12/31/04"},
           {u"13515", u"D-", u"12-31-2004"},
-          {u"13515", u"D0-", u"12-31"},
           {u"13515", u"D/x", u"12/31/2004"},  // only the first character separates
           {u"13515", u"DD", u"31"},
-          {u"13515", u"DM", u"12"},
           {u"13515", u"DMA", u"Dec"},
           {u"13515", u"DY", u"2004"},
-          {u"13515", u"D2Y", u"2004"},
           {u"13515", u"DJ", u"366"},
           {u"13150", u"DJ", u"1"},  // 1 January 2004
           {u"13515", u"DQ", u"4"},
@@ -127,7 +115,6 @@ TEST_F(ConvertTest, DateOutput) {
           {u"13515", u"Dd", u""},
           {u"abc", u"D", u"31 Dec 1967"},  // Val reads no number: day 0
           {u"0.5", u"D", u"01 Jan 1968"},  // ties go to the even serial
-          {u"1.5", u"D", u"01 Jan 1968"},
           {u"-24837", u"D", u"30 Dec 1899"},
           {u"99999999", u"D", u""},  // past 9999
           {u"1e999", u"D", u""},
@@ -162,7 +149,6 @@ TEST_F(ConvertTest, DateInput) {
           {u"12/31/2004", u"D2/", u"13515"},
           {u"Dec 31, 2004", u"DQ", u"13515"},  // the rest of the code plays no part
           {u"12/31/1967 18:00", u"D", u"1"},   // the serial rounds to the nearest day
-          {u"12/30/1899", u"D", u"-24837"},
           {u"not a date", u"D", u""},
       },
       true);
@@ -179,7 +165,6 @@ TEST_F(ConvertTest, TimeOutput) {
           {u"0", u"MTH", u"12:00AM"},
           {u"43200", u"MTH", u"12:00AM"},  // noon reads as morning
           {u"48600", u"MTHS", u"01:30:00PM"},
-          {u"86399", u"TH", u"11:59PM"},
           {u"90000", u"MTH", u"25:00"},  // outside 0-23: the 24-hour form
           {u"-3600", u"MTH", u"-01:00"},
           {u"-108900", u"MT", u"-30:15"},
@@ -191,18 +176,6 @@ TEST_F(ConvertTest, TimeOutput) {
           {u"-2147483648", u"MTS", u"596523:-14:-08"},  // |t| overflows: t keeps its sign
       },
       false);
-}
-
-TEST_F(ConvertTest, TimeOutputPadsAsTheFormatLanguageDoes) {
-  for (int32_t t = -200000; t <= 200000; t += 997) {
-    const int32_t sign = (t > 0) - (t < 0), a = t < 0 ? -t : t;
-    std::u16string want = VarFormat(Variant(sign * (a / 3600)), u"00").ToU16() + u":" +
-                          VarFormat(Variant(a % 3600 / 60), u"00").ToU16() + u":" +
-                          VarFormat(Variant(a % 60), u"00").ToU16();
-    SCOPED_TRACE(t);
-    EXPECT_EQ(U8(Conversions::Convert(String(VarFormat(Variant(t), u"0")), u"MTS").view()),
-              U8(want));
-  }
 }
 
 TEST_F(ConvertTest, TimeInput) {
@@ -217,7 +190,6 @@ TEST_F(ConvertTest, TimeInput) {
           {u"1:-30", u"MT", u"5400"},  // minutes and seconds count unsigned
           {u"100:1:2:3", u"MT", u"360062"},
           {u"30.5:00", u"MT", u"108000"},  // hours round half to even
-          {u"31.5:00", u"MT", u"115200"},
           {u"abc", u"MT", u"0"},
           {u"99999999:00", u"MT", u""},  // the seconds overflow a Long
       },
@@ -257,9 +229,7 @@ TEST_F(ConvertTest, CharacterCodes) {
           {u"a1-é 2", u"MCN", u"12"},
           {u"a1-é 2", u"MC/N", u"a-é "},
           {u"a1-é 2", u"MCAN", u"a1é2"},
-          {u"a1-é 2", u"MCNA", u"a1é2"},
           {u"a1-é 2", u"MC/AN", u"- "},
-          {u"a1-é 2", u"MC/NA", u"- "},
           {u"a\tb\u00FF\u0100~\u007F", u"MCP", u"a.b.\u0100~."},  // by code page code
           {u"o'NEIL  mc-donald 2nd", u"MCT", u"O'neil  Mc-donald 2nd"},
           {u"  hello. WORLD", u"MCS", u"  Hello. world"},
@@ -302,13 +272,10 @@ TEST_F(ConvertTest, MaskOutput) {
           {u"135", u"MD12", u"1.4"},
           {u"-123456", u"MD2", u"-1234.56"},
           {u"-123456", u"MD2C", u"1234.56CR"},
-          {u"123456", u"MD2C", u"1234.56"},
           {u"123456", u"MD2D", u"1234.56DB"},
-          {u"-123456", u"MD2D", u"1234.56"},
           {u"-123456", u"MD2E", u"<1234.56>"},
           {u"123456", u"MD2E", u" 1234.56 "},
           {u"-123456", u"MD2M", u"1234.56-"},
-          {u"123456", u"MD2M", u"1234.56 "},
           {u"-123456", u"MD2N", u"1234.56"},
           {u"0", u"MD2Z", u""},
           {u"4", u"MD12Z", u""},  // rounds to zero before the test
@@ -322,10 +289,7 @@ TEST_F(ConvertTest, MaskOutput) {
           {u"123456", u"MD2##", u"56"},  // the mask sets the width
           {u"123456", u"ML2##", u"12"},
           {u"5551234567", u"MD0((###) ###-####)", u"(555) 123-4567"},
-          {u"5551234567", u"ML0((###) ###-####)", u"(555) 123-4567"},
           {u"12", u"MD0((###) ###-####)", u"(   )    -  12"},
-          {u"123456", u"MD2()", u"1234.56"},  // an empty mask is none
-          {u"123456", u"MD2(", u"1234.56"},
           {u"123456", u"MD234", u"4"},  // a third digit starts a literal mask
       },
       false);
@@ -341,7 +305,6 @@ TEST_F(ConvertTest, MaskInput) {
           {u"1,234.56", u"MD2", u"123456"},
           {u"$12.5", u"MD2#10", u"1250"},  // decimals, options and mask play no part
           {u"0.125", u"MD2", u"12"},       // ties to even
-          {u"0.375", u"MD2", u"38"},
           {u"-0.001", u"MD2", u"0"},
           {u"1234567890123", u"MD2", u"123456789012300"},
           {u"12345678901234", u"MD2", u"1234567890123400"},  // text only past 13 characters
