@@ -46,6 +46,20 @@ void LowerCaseInPlace(std::u16string& text) {
   MapCase<false>(text);
 }
 
+char16_t UpperCaseUnit(char16_t c) {
+  if (c < 0x80) return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 32) : c;
+  if (U16_IS_SURROGATE(c)) return c;
+  const UChar32 mapped = u_toupper(c);
+  return mapped <= 0xFFFF ? static_cast<char16_t>(mapped) : c;
+}
+
+char16_t LowerCaseUnit(char16_t c) {
+  if (c < 0x80) return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c;
+  if (U16_IS_SURROGATE(c)) return c;
+  const UChar32 mapped = u_tolower(c);
+  return mapped <= 0xFFFF ? static_cast<char16_t>(mapped) : c;
+}
+
 String UpperCase(std::u16string_view text) {
   std::u16string s(text);
   MapCase<true>(s);

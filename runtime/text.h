@@ -23,6 +23,11 @@ String LowerCase(std::u16string_view text);
 void UpperCaseInPlace(std::u16string& text);
 void LowerCaseInPlace(std::u16string& text);
 
+// One code unit alone, as UCase and LCase map a one-character string: a
+// surrogate stays as it is.
+char16_t UpperCaseUnit(char16_t c);
+char16_t LowerCaseUnit(char16_t c);
+
 // A code unit with the Alphabetic property (letters, and the marks that
 // behave as letters); surrogates are not letters.
 bool IsCharAlpha(char16_t c);

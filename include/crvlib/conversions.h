@@ -41,11 +41,16 @@ class Conversions {
   // The text without anything but digits, ",", "-" and ".", as Currency.
   //   CurrencyIn(u"$1,234.56") holds Currency 1234.56
   static Variant CurrencyIn(const String& Value);
+  // The Out routines format a Variant of their own type (Currency, Date,
+  // Date) with the Format language; any other type is 13.
+  //   CurrencyOut(Currency -1234.5) == u"($1,234.50)"
   static String CurrencyOut(const Variant& CurrencyValue,
                             const String& OutputFormat = u"$#,##0.00;($#,##0.00)");
-  // "." may stand for "/": DateIn(u"12.31.2004") == DateIn(u"12/31/2004").
+  // The date part of the text; "." may stand for "/":
+  //   DateIn(u"12.31.2004") == DateIn(u"12/31/2004")
   static Variant DateIn(const String& Value);
   static String DateOut(const Variant& DateValue, const String& OutputFormat = u"ddddd");
+  // The time part of the text: TimeIn(u"6:00 PM") holds Date 0.75.
   static Variant TimeIn(const String& Value);
   static String TimeOut(const Variant& TimeValue, const String& OutputFormat = u"ttttt");
   //   PercentIn(u"12.5") == 0.125
