@@ -22,3 +22,24 @@ execute_process(COMMAND ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${prefix}/lib ${
 if(rc)
   message(FATAL_ERROR "consumer returned ${rc}")
 endif()
+
+# The same program built from the pkg-config file alone.
+find_program(PKG_CONFIG pkg-config REQUIRED)
+find_program(CXX NAMES c++ g++ REQUIRED)
+execute_process(COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${prefix}/lib/pkgconfig
+                        ${PKG_CONFIG} --cflags --libs crvlib
+                OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE RESULT_VARIABLE rc)
+if(rc)
+  message(FATAL_ERROR "pkg-config does not know crvlib")
+endif()
+separate_arguments(flags UNIX_COMMAND "${flags}")
+execute_process(COMMAND ${CXX} ${SOURCE_DIR}/tests/consumer/main.cpp ${flags} -o ${build}/consumer_pc
+                RESULT_VARIABLE rc)
+if(rc)
+  message(FATAL_ERROR "building with the pkg-config flags failed")
+endif()
+execute_process(COMMAND ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${prefix}/lib ${build}/consumer_pc
+                RESULT_VARIABLE rc)
+if(rc)
+  message(FATAL_ERROR "the pkg-config consumer returned ${rc}")
+endif()
