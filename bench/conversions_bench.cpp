@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_ratio.h"
 #include "crvlib/conversions.h"
 #include "crvlib/locale.h"
 
@@ -103,42 +104,15 @@ void BM_ConvertTitleCase(benchmark::State& state) {
 }
 BENCHMARK(BM_ConvertTitleCase)->Iterations(kInputs);
 
-// Prints the usual table, then each benchmark's conversions per second and
-// its time per call as a multiple of the baseline's (CPU time: a loaded
-// machine inflates wall time).
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& r : runs) {
-      if (r.run_type == Run::RT_Iteration && r.iterations > 0) {
-        ns_[r.benchmark_name()] = r.GetAdjustedCPUTime();
-      }
-    }
-  }
-  void Finalize() override {
-    ConsoleReporter::Finalize();
-    auto base = ns_.find("BM_SnprintfFixed2/iterations:1000000");
-    if (base == ns_.end() || base->second <= 0) return;
-    std::printf("\n%-40s %14s %10s %8s\n", "benchmark", "conversions/s", "ns/call", "x printf");
-    for (const auto& [name, ns] : ns_) {
-      std::printf("%-40s %14.0f %10.1f %8.2f%s\n", name.c_str(), 1e9 / ns, ns, ns / base->second,
-                  ns / base->second > 5 ? "  over budget" : "");
-    }
-  }
-
- private:
-  std::map<std::string, double> ns_;
-};
-
 }  // namespace
 }  // namespace crvlib
 
 int main(int argc, char** argv) {
   crvlib::SetThreadLocale("en-US");
   benchmark::Initialize(&argc, argv);
-  crvlib::RatioReporter reporter;
+  RatioReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
+  reporter.PrintAgainst("BM_SnprintfFixed2/iterations:1000000", 5.0);
   benchmark::Shutdown();
   return 0;
 }

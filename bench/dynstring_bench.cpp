@@ -10,13 +10,12 @@
 //   build/bench/dynstring_bench --benchmark_filter=Append
 #include <benchmark/benchmark.h>
 
-#include <unistd.h>
-
 #include <cstdio>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "bench/bench_ratio.h"
 #include "crvlib/dynamic_string.h"
 
 namespace {
@@ -83,35 +82,26 @@ void BM_EditAlternatingEnds(benchmark::State& state) {
 }
 
 // Keeps the console table and records ns per iteration by benchmark and size.
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  RatioReporter() : ConsoleReporter(isatty(STDOUT_FILENO) ? OO_ColorTabular : OO_Tabular) {}
-
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& r : runs) {
-      if (r.run_type != Run::RT_Iteration || r.iterations == 0) continue;
-      ns_[r.run_name.function_name][std::stoll(r.run_name.args)] =
-          r.real_accumulated_time / static_cast<double>(r.iterations) * 1e9;
-    }
-    ConsoleReporter::ReportRuns(runs);
+// ns per edit at each size and its ratio to the 10^3 figure of the same run
+// (wall time: these benchmarks are single-threaded and memory-bound).
+void PrintRatios(const RatioReporter& reporter) {
+  std::map<std::string, std::map<int64_t, double>> by_name;
+  for (const auto& [name, t] : reporter.times()) {
+    const size_t slash = name.find('/');
+    if (slash == std::string::npos) continue;
+    by_name[name.substr(0, slash)][std::stoll(name.substr(slash + 1))] = t.real_ns;
   }
-
-  void PrintRatios() const {
-    std::printf("\nns per edit, and its ratio to the 10^3 figure of the same run:\n");
-    for (const auto& [name, by_size] : ns_) {
-      auto base = by_size.find(kSizes[0]);
-      std::printf("  %-24s", name.c_str());
-      for (const auto& [size, ns] : by_size) {
-        std::printf("  %9lld: %9.1f ns", static_cast<long long>(size), ns);
-        if (base != by_size.end() && base->second > 0) std::printf(" (x%.2f)", ns / base->second);
-      }
-      std::printf("\n");
+  std::printf("\nns per edit, and its ratio to the 10^3 figure of the same run:\n");
+  for (const auto& [name, by_size] : by_name) {
+    auto base = by_size.find(kSizes[0]);
+    std::printf("  %-24s", name.c_str());
+    for (const auto& [size, ns] : by_size) {
+      std::printf("  %9lld: %9.1f ns", static_cast<long long>(size), ns);
+      if (base != by_size.end() && base->second > 0) std::printf(" (x%.2f)", ns / base->second);
     }
+    std::printf("\n");
   }
-
- private:
-  std::map<std::string, std::map<int64_t, double>> ns_;
-};
+}
 
 }  // namespace
 
@@ -126,7 +116,7 @@ int main(int argc, char** argv) {
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   RatioReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.PrintRatios();
+  PrintRatios(reporter);
   benchmark::Shutdown();
   return 0;
 }

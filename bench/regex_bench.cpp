@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_ratio.h"
 #include "crvlib/string.h"
 #include "crvlib/validations.h"
 
@@ -144,44 +145,24 @@ BENCHMARK(BM_Matches);
 
 // Keeps the time per call of each run for the closing ratio. Both the wall
 // and the CPU time are kept: on a busy machine the CPU time is the steadier.
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& run : runs) {
-      if (run.iterations > 0) {
-        times_[run.benchmark_name()] = {run.GetAdjustedRealTime(), run.GetAdjustedCPUTime()};
-      }
-    }
-    ConsoleReporter::ReportRuns(runs);
+// IsValid's throughput against PCRE2 called directly, wall and CPU time.
+void PrintRatio(const RatioReporter& reporter) {
+  const RatioReporter::Times* v = reporter.Find("BM_IsValid/iterations:1000000");
+  const RatioReporter::Times* d = reporter.Find("BM_Pcre2Direct/iterations:1000000");
+  if (v == nullptr || d == nullptr) return;
+  std::printf(
+      "\nIsValid       %6.1f ns/call wall (%5.2f M calls/s), %6.1f ns/call CPU (%5.2f M "
+      "calls/s)\n"
+      "PCRE2 direct  %6.1f ns/call wall (%5.2f M calls/s), %6.1f ns/call CPU (%5.2f M calls/s)\n"
+      "throughput ratio IsValid / direct: %.2f wall, %.2f CPU (target >= 0.50)\n",
+      v->real_ns, 1e3 / v->real_ns, v->cpu_ns, 1e3 / v->cpu_ns, d->real_ns, 1e3 / d->real_ns,
+      d->cpu_ns, 1e3 / d->cpu_ns, d->real_ns / v->real_ns, d->cpu_ns / v->cpu_ns);
+  if (const RatioReporter::Times* jit =
+          reporter.Find("BM_Pcre2DirectJitMatch/iterations:1000000")) {
+    std::printf("against pcre2_jit_match called directly: %.2f wall, %.2f CPU\n",
+                jit->real_ns / v->real_ns, jit->cpu_ns / v->cpu_ns);
   }
-
-  void PrintRatio() const {
-    auto is_valid = times_.find("BM_IsValid/iterations:1000000");
-    auto direct = times_.find("BM_Pcre2Direct/iterations:1000000");
-    if (is_valid == times_.end() || direct == times_.end()) return;
-    const Times& v = is_valid->second;
-    const Times& d = direct->second;
-    auto jit = times_.find("BM_Pcre2DirectJitMatch/iterations:1000000");
-    std::printf(
-        "\nIsValid       %6.1f ns/call wall (%5.2f M calls/s), %6.1f ns/call CPU (%5.2f M "
-        "calls/s)\n"
-        "PCRE2 direct  %6.1f ns/call wall (%5.2f M calls/s), %6.1f ns/call CPU (%5.2f M calls/s)\n"
-        "throughput ratio IsValid / direct: %.2f wall, %.2f CPU (target >= 0.50)\n",
-        v.real, 1e3 / v.real, v.cpu, 1e3 / v.cpu, d.real, 1e3 / d.real, d.cpu, 1e3 / d.cpu,
-        d.real / v.real, d.cpu / v.cpu);
-    if (jit != times_.end()) {
-      std::printf("against pcre2_jit_match called directly: %.2f wall, %.2f CPU\n",
-                  jit->second.real / v.real, jit->second.cpu / v.cpu);
-    }
-  }
-
- private:
-  struct Times {
-    double real;
-    double cpu;
-  };
-  std::map<std::string, Times> times_;
-};
+}
 
 }  // namespace
 
@@ -190,7 +171,7 @@ int main(int argc, char** argv) {
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   RatioReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.PrintRatio();
+  PrintRatio(reporter);
   benchmark::Shutdown();
   return 0;
 }

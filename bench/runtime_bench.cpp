@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_ratio.h"
 #include "core/thread_state.h"
 #include "crvlib/locale.h"
 #include "runtime/date_parse.h"
@@ -89,41 +90,15 @@ void BM_Val(benchmark::State& state) {
 }
 BENCHMARK(BM_Val);
 
-// Prints the usual table, then every benchmark's CPU time per call and its
-// ratio to the baseline (CPU time: a loaded machine inflates wall time).
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& r : runs) {
-      if (r.run_type == Run::RT_Iteration && r.iterations > 0) {
-        ns_[r.benchmark_name()] = r.GetAdjustedCPUTime();
-      }
-    }
-  }
-  void Finalize() override {
-    ConsoleReporter::Finalize();
-    auto base = ns_.find("BM_SnprintfFixed2");
-    if (base == ns_.end() || base->second <= 0) return;
-    std::printf("\n%-24s %10s %8s\n", "benchmark", "ns/call", "x printf");
-    for (const auto& [name, ns] : ns_) {
-      std::printf("%-24s %10.1f %8.2f%s\n", name.c_str(), ns, ns / base->second,
-                  ns / base->second > 4 ? "  over budget" : "");
-    }
-  }
-
- private:
-  std::map<std::string, double> ns_;
-};
-
 }  // namespace
 }  // namespace crvlib::internal
 
 int main(int argc, char** argv) {
   crvlib::SetThreadLocale("en-US");
   benchmark::Initialize(&argc, argv);
-  crvlib::internal::RatioReporter reporter;
+  RatioReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
+  reporter.PrintAgainst("BM_SnprintfFixed2", 4.0);
   benchmark::Shutdown();
   return 0;
 }
