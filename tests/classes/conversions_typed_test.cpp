@@ -6,21 +6,14 @@
 
 #include "cli/surface.h"
 #include "crvlib/conversions.h"
-#include "crvlib/error.h"
 #include "tests/runtime/runtime_test_util.h"
+#include "tests/testing/raised.h"
 
 namespace crvlib::internal {
 namespace {
 
-template <class Fn>
-void ExpectError(Fn fn, int32_t number, std::string_view source) {
-  try {
-    fn();
-    ADD_FAILURE() << "no error";
-  } catch (const Error& e) {
-    EXPECT_EQ(e.Number(), number);
-    EXPECT_EQ(U8(e.Source().view()), source);
-  }
+Raised Err(int32_t number, std::u16string_view routine) {
+  return Raised(number, u"CRVLIB.Converions::" + std::u16string(routine));
 }
 
 using TypedTest = EnUs;
@@ -63,8 +56,8 @@ TEST_F(TypedTest, BooleanOutAnswersItsFormatsAndRewritesAnyOther) {
   EXPECT_EQ(Conversions::BooleanOut(Variant(true)), u"True");
 
   String format(u"nonsense");  // a failed call leaves the format alone
-  ExpectError([&] { Conversions::BooleanOut(Variant(int32_t{1}), format); }, 13,
-              "CRVLIB.Converions::BooleanOut");
+  EXPECT_EQ(RaisedBy([&] { Conversions::BooleanOut(Variant(int32_t{1}), format); }),
+            Err(13, u"BooleanOut"));
   EXPECT_EQ(format, u"nonsense");
 }
 
@@ -75,13 +68,11 @@ TEST_F(TypedTest, OutRoutinesFormatOnlyTheirOwnType) {
   EXPECT_EQ(Conversions::TimeOut(Variant(Date{38352.75})), u"6:00:00 PM");
   EXPECT_EQ(Conversions::PercentOut(Currency{1250}), u"12.50%");
 
-  ExpectError([] { Conversions::CurrencyOut(Variant(1234.5)); }, 13,
-              "CRVLIB.Converions::CurrencyOut");
-  ExpectError([] { Conversions::DateOut(Variant(u"12/31/2004")); }, 13,
-              "CRVLIB.Converions::DateOut");
-  ExpectError([] { Conversions::TimeOut(Variant(0.5)); }, 13, "CRVLIB.Converions::TimeOut");
-  ExpectError([] { Conversions::DateOut(Variant(Date{38352}), u"a;b;c;d;e"); }, 5,
-              "CRVLIB.Converions::DateOut");
+  EXPECT_EQ(RaisedBy([] { Conversions::CurrencyOut(Variant(1234.5)); }), Err(13, u"CurrencyOut"));
+  EXPECT_EQ(RaisedBy([] { Conversions::DateOut(Variant(u"12/31/2004")); }), Err(13, u"DateOut"));
+  EXPECT_EQ(RaisedBy([] { Conversions::TimeOut(Variant(0.5)); }), Err(13, u"TimeOut"));
+  EXPECT_EQ(RaisedBy([] { Conversions::DateOut(Variant(Date{38352}), u"a;b;c;d;e"); }),
+            Err(5, u"DateOut"));
 }
 
 TEST_F(TypedTest, CurrencyAndPercentInputKeepOnlyNumberCharacters) {
@@ -102,16 +93,15 @@ TEST_F(TypedTest, CurrencyAndPercentInputKeepOnlyNumberCharacters) {
     EXPECT_EQ(Conversions::PercentIn(String(c.text)).scaled, c.percent);
   }
   EXPECT_EQ(Conversions::CurrencyIn(u""), Variant(Currency{0}));
-  ExpectError([] { Conversions::CurrencyIn(u"abc"); }, 13, "CRVLIB.Converions::CurrencyIn");
-  ExpectError([] { Conversions::PercentIn(u""); }, 13, "CRVLIB.Converions::PercentIn");
-  ExpectError([] { Conversions::PercentIn(u"99999999999999999"); }, 6,
-              "CRVLIB.Converions::PercentIn");
+  EXPECT_EQ(RaisedBy([] { Conversions::CurrencyIn(u"abc"); }), Err(13, u"CurrencyIn"));
+  EXPECT_EQ(RaisedBy([] { Conversions::PercentIn(u""); }), Err(13, u"PercentIn"));
+  EXPECT_EQ(RaisedBy([] { Conversions::PercentIn(u"99999999999999999"); }), Err(6, u"PercentIn"));
 }
 
 TEST_F(TypedTest, DateInReadsFullStopsAsSlashes) {
   EXPECT_EQ(Conversions::DateIn(u"12.31.2004"), Conversions::DateIn(u"12/31/2004"));
   EXPECT_EQ(Conversions::DateIn(u"Dec. 31 2004 6:00 PM"), Variant(Date{38352}));  // date part only
-  ExpectError([] { Conversions::DateIn(u"12.31.x"); }, 13, "CRVLIB.Converions::DateIn");
+  EXPECT_EQ(RaisedBy([] { Conversions::DateIn(u"12.31.x"); }), Err(13, u"DateIn"));
   SetThreadLocale("de-DE");  // already the separator: the same text
   EXPECT_EQ(Conversions::DateIn(u"31.12.2004"), Variant(Date{38352}));
 }
@@ -119,7 +109,7 @@ TEST_F(TypedTest, DateInReadsFullStopsAsSlashes) {
 TEST_F(TypedTest, TimeInTakesTheTimeOfDay) {
   EXPECT_EQ(Conversions::TimeIn(u"6:30 PM"), Variant(Date{0.7708333333333334}));
   EXPECT_EQ(Conversions::TimeIn(u"12/31/2004 18:00"), Variant(Date{0.75}));
-  ExpectError([] { Conversions::TimeIn(u"25:00"); }, 13, "CRVLIB.Converions::TimeIn");
+  EXPECT_EQ(RaisedBy([] { Conversions::TimeIn(u"25:00"); }), Err(13, u"TimeIn"));
 }
 
 TEST(Filters, KeepCharactersByTheirCodePageCode) {

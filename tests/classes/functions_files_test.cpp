@@ -8,51 +8,39 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <functional>
-
-#include "crvlib/error.h"
 #include "crvlib/functions.h"
 #include "platform/clock.h"
+#include "tests/testing/raised.h"
+#include "tests/testing/temporary_folder.h"
 
 namespace crvlib {
 namespace {
 
 namespace fs = std::filesystem;
 
-int32_t ErrorNumber(const std::function<void()>& fn, std::u16string_view source) {
-  try {
-    fn();
-  } catch (const Error& e) {
-    EXPECT_EQ(e.Source(), source);
-    return e.Number();
-  }
-  return 0;
-}
-
 class TextFiles : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "crvlib-files-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-    dir_ = pattern;
-  }
-  void TearDown() override { fs::remove_all(dir_); }
+  void SetUp() override { ASSERT_FALSE(folder_.path().empty()); }
 
   String Path(const std::string& name) const { return String::FromUtf8((dir_ / name).string()); }
   std::string Bytes(const std::string& name) const {
     std::ifstream in(dir_ / name, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), {});
   }
+  // The error number; 0 when none. Every error carries the routine's source.
   int32_t OpenError(const std::string& name) const {
-    return ErrorNumber([&] { Functions::OpenTextFile(Path(name)); },
-                       u"CRVLIB.Functions::OpenTextFile");
+    return Number(RaisedBy([&] { Functions::OpenTextFile(Path(name)); }), u"OpenTextFile");
   }
   int32_t SaveError(const std::string& name) const {
-    return ErrorNumber([&] { Functions::SaveTextFile(Path(name), u"x"); },
-                       u"CRVLIB.Functions::SaveTextFile");
+    return Number(RaisedBy([&] { Functions::SaveTextFile(Path(name), u"x"); }), u"SaveTextFile");
+  }
+  static int32_t Number(const Raised& r, std::u16string_view routine) {
+    EXPECT_TRUE(!r.number || r.source == u"CRVLIB.Functions::" + std::u16string(routine)) << r;
+    return r.number;
   }
 
-  fs::path dir_;
+  TemporaryFolder folder_;
+  const fs::path dir_ = folder_.path();
 };
 
 TEST_F(TextFiles, RoundTripThroughTheCodePage) {
@@ -84,8 +72,8 @@ TEST_F(TextFiles, FailuresCarryTheRuntimeFileErrors) {
     EXPECT_EQ(OpenError(c.name), c.open);
     EXPECT_EQ(SaveError(c.name), c.save);
   }
-  EXPECT_EQ(ErrorNumber([] { Functions::OpenTextFile(u""); }, u"CRVLIB.Functions::OpenTextFile"),
-            52);
+  EXPECT_EQ(RaisedBy([] { Functions::OpenTextFile(u""); }),
+            Raised(52, u"CRVLIB.Functions::OpenTextFile"));
 }
 
 TEST_F(TextFiles, UnreadableAndReadOnlyFilesArePermissionDenied) {

@@ -5,9 +5,9 @@
 #include <string>
 
 #include "core/message_catalogue.h"
-#include "crvlib/error.h"
 #include "crvlib/functions.h"
 #include "runtime/code_page.h"
+#include "tests/testing/raised.h"
 
 namespace crvlib {
 namespace {
@@ -42,29 +42,20 @@ TEST(ConvertHexToStr, ReadsEachCodeAsAHexLiteral) {
 }
 
 TEST(ConvertHexToStr, RaisesForAMissingMarkAndCodesOutsideTheCodePage) {
+  const Raised invalid_hex(-2147220495, u"CRVLIB.Functions::ConvertHexToStr");
   const Variant cr[] = {Variant(u"\r")};
   const String description = internal::MakeBuiltinCatalogue()->GetMessage(1009, cr);
-  for (std::u16string_view hex : {u"", u"41", u"^h41", u"H41", u" ^H41"}) {
-    SCOPED_TRACE(String(hex).ToUtf8());
-    try {
-      Functions::ConvertHexToStr(String(hex));
-      ADD_FAILURE() << "no error";
-    } catch (const Error& e) {
-      EXPECT_EQ(e.Number(), -2147220495);
-      EXPECT_EQ(e.Source(), u"CRVLIB.Functions::ConvertHexToStr");
-      EXPECT_EQ(e.Description(), description);
-    }
+  for (std::u16string_view hex : {u"", u"41", u"^h41", u" ^H41"}) {
+    String got;
+    EXPECT_EQ(RaisedBy([&] { Functions::ConvertHexToStr(String(hex)); }, &got), invalid_hex)
+        << String(hex);
+    EXPECT_EQ(got, description);
   }
   // FFFF is a 16-bit -1 and 100 is past the code page: Chr refuses both.
   for (std::u16string_view hex : {u"^H41^HFFFF", u"^H100", u"^HFFFF&"}) {
-    SCOPED_TRACE(String(hex).ToUtf8());
-    try {
-      Functions::ConvertHexToStr(String(hex));
-      ADD_FAILURE() << "no error";
-    } catch (const Error& e) {
-      EXPECT_EQ(e.Number(), 5);
-      EXPECT_EQ(e.Source(), u"CRVLIB.Functions::ConvertHexToStr");
-    }
+    EXPECT_EQ(RaisedBy([&] { Functions::ConvertHexToStr(String(hex)); }),
+              Raised(5, u"CRVLIB.Functions::ConvertHexToStr"))
+        << String(hex);
   }
 }
 

@@ -1,15 +1,13 @@
 // Splitting file names: drive, folders, name and extension, the UNC
 // and "my documents" forms, against a documents folder in a temporary home.
-#include <stdlib.h>
-
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
-#include <optional>
 #include <string>
 
 #include "crvlib/functions.h"
+#include "tests/testing/temporary_folder.h"
 
 namespace crvlib {
 namespace {
@@ -87,56 +85,25 @@ TEST(ParseFileName, ReadsTheNameBeforeWritingAnyOutput) {
   EXPECT_EQ(extension, u"txt");
 }
 
-// A home folder of its own for the documents folder, restored afterwards.
-class TemporaryHome {
- public:
-  TemporaryHome() {
-    home_ = (fs::temp_directory_path() / "crvlib-paths-XXXXXX").string();
-    if (::mkdtemp(home_.data()) == nullptr) home_.clear();
-    Save("HOME", saved_home_);
-    Save("XDG_CONFIG_HOME", saved_config_);
-    ::setenv("HOME", home_.c_str(), 1);
-    ::unsetenv("XDG_CONFIG_HOME");
-  }
-  ~TemporaryHome() {
-    Restore("HOME", saved_home_);
-    Restore("XDG_CONFIG_HOME", saved_config_);
-    if (!home_.empty()) fs::remove_all(home_);
-  }
-  const std::string& path() const { return home_; }
-  // Points the documents folder at `below` (a path after "$HOME").
-  void SetDocuments(const std::string& below) const {
-    fs::create_directories(home_ + "/.config");
-    std::ofstream(home_ + "/.config/user-dirs.dirs")
-        << "XDG_DOCUMENTS_DIR=\"$HOME" << below << "\"\n";
-  }
-
- private:
-  static void Save(const char* name, std::optional<std::string>& into) {
-    if (const char* v = ::getenv(name)) into = v;
-  }
-  static void Restore(const char* name, const std::optional<std::string>& value) {
-    if (value) {
-      ::setenv(name, value->c_str(), 1);
-    } else {
-      ::unsetenv(name);
-    }
-  }
-  std::string home_;
-  std::optional<std::string> saved_home_, saved_config_;
-};
-
 std::u16string U16(const std::string& utf8) {
   return String::FromUtf8(utf8).ToU16();
 }
 
+// Points the documents folder at `below` (a path after "$HOME").
+void SetDocuments(const std::string& home, const std::string& below) {
+  fs::create_directories(home + "/.config");
+  std::ofstream(home + "/.config/user-dirs.dirs") << "XDG_DOCUMENTS_DIR=\"$HOME" << below << "\"\n";
+}
+
 TEST(Paths, MyDocumentsTakesDriveAndPathFromTheDocumentsFolder) {
-  TemporaryHome home;
-  ASSERT_FALSE(home.path().empty());
+  TemporaryFolder folder;  // a home of its own
+  const std::string& home = folder.path();
+  ASSERT_FALSE(home.empty());
+  ScopedEnv set_home("HOME", home.c_str()), no_config("XDG_CONFIG_HOME", nullptr);
 
   // A folder path without a colon: element 1 by ":" is the whole folder, so
   // it stands as the drive, and element 2 (the path) is empty.
-  const std::u16string docs = U16(home.path() + "/Documents/");
+  const std::u16string docs = U16(home + "/Documents/");
   ASSERT_EQ(Functions::GetMyDocumentsPath(), docs);
   ExpectSplit({u"My Documents\\report.doc", docs, u"", docs + u"\\", u"report", u"report.doc",
                u"doc", u""});
@@ -148,15 +115,14 @@ TEST(Paths, MyDocumentsTakesDriveAndPathFromTheDocumentsFolder) {
   ExpectSplit({u"My Docs\\x.txt", u"", u"", u"", u"x", u"x.txt", u"txt", u""});
 
   // A folder with a drive-like part: cut at its first colon.
-  home.SetDocuments("/C:/Users/ann");
-  ASSERT_EQ(Functions::GetMyDocumentsPath(), U16(home.path() + "/C:/Users/ann/"));
-  ExpectSplit({u"My Documents\\report.doc", U16(home.path() + "/C"), u"/Users/ann/\\",
-               U16(home.path() + "/C:/Users/ann/\\"), u"report", u"report.doc", u"doc",
-               u"/Users/ann/\\"});
+  SetDocuments(home, "/C:/Users/ann");
+  ASSERT_EQ(Functions::GetMyDocumentsPath(), U16(home + "/C:/Users/ann/"));
+  ExpectSplit({u"My Documents\\report.doc", U16(home + "/C"), u"/Users/ann/\\",
+               U16(home + "/C:/Users/ann/\\"), u"report", u"report.doc", u"doc", u"/Users/ann/\\"});
 
   // No documents folder (the name is taken by a file): empty drive and path.
-  std::ofstream(home.path() + "/taken") << "x";
-  home.SetDocuments("/taken");
+  std::ofstream(home + "/taken") << "x";
+  SetDocuments(home, "/taken");
   ASSERT_EQ(Functions::GetMyDocumentsPath(), u"");
   ExpectSplit({u"My Documents\\report.doc", u"", u"", u"", u"report", u"report.doc", u"doc", u""});
 }

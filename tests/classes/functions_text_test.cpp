@@ -6,22 +6,11 @@
 #include <functional>
 #include <random>
 
-#include "crvlib/error.h"
 #include "crvlib/functions.h"
+#include "tests/testing/raised.h"
 
 namespace crvlib {
 namespace {
-
-using Raised = std::pair<int32_t, std::u16string>;  // number and source; 0 when none
-
-Raised ErrorOf(const std::function<void()>& fn) {
-  try {
-    fn();
-  } catch (const Error& e) {
-    return {e.Number(), e.Source().ToU16()};
-  }
-  return {0, u""};
-}
 
 TEST(Characters, StripAndSwap) {
   EXPECT_EQ(Functions::StripChar(u"a-b-c", u"-x"), u"abc");  // only the first character counts
@@ -29,8 +18,8 @@ TEST(Characters, StripAndSwap) {
   EXPECT_EQ(Functions::Swap(u"a.b.c", 46, 45), u"a-b-c");
   EXPECT_EQ(Functions::Swap(u"x.y", 46, 128), u"x\u20ACy");  // through the code page
   EXPECT_EQ(Functions::Swap(u"abc", 120, 120), u"abc");      // equal codes, character absent
-  EXPECT_EQ(ErrorOf([] { Functions::Swap(u"a", 256, 45); }), Raised(5, u"CRVLIB.Functions::Swap"));
-  EXPECT_EQ(ErrorOf([] { Functions::Swap(u"a", 45, -1); }).first, 5);
+  EXPECT_EQ(RaisedBy([] { Functions::Swap(u"a", 256, 45); }), Raised(5, u"CRVLIB.Functions::Swap"));
+  EXPECT_EQ(RaisedBy([] { Functions::Swap(u"a", 45, -1); }).number, 5);
 }
 
 TEST(ParseStr, WalksSegments) {
@@ -68,7 +57,7 @@ TEST(ParseStr, EdgeCasesAndErrors) {
       return Functions::ParseStr(String(c.value), String(c.delimiters), position);
     };
     if (c.want == u"!") {
-      EXPECT_EQ(ErrorOf(call), Raised(c.position_after, u"CRVLIB.Functions::ParseStr"));
+      EXPECT_EQ(RaisedBy(call), Raised(c.position_after, u"CRVLIB.Functions::ParseStr"));
     } else {
       EXPECT_EQ(call(), c.want);
       EXPECT_EQ(position, c.position_after);
@@ -114,7 +103,8 @@ TEST(Justify, RaisesTheStringPrimitivesErrors) {
   };
   for (const Case& c : kCases) {
     SCOPED_TRACE(String(c.routine).ToUtf8());
-    EXPECT_EQ(ErrorOf(c.call), Raised(c.number, u"CRVLIB.Functions::" + std::u16string(c.routine)));
+    EXPECT_EQ(RaisedBy(c.call),
+              Raised(c.number, u"CRVLIB.Functions::" + std::u16string(c.routine)));
   }
   EXPECT_EQ(Functions::Pad(u"123", u"", 2), u"123");            // no padding needed
   EXPECT_EQ(Functions::CenterJustify(u"abc", 1, u""), u"abc");  // too long: fill unused

@@ -4,8 +4,8 @@
 #include <random>
 #include <string>
 
-#include "crvlib/error.h"
 #include "crvlib/functions.h"
+#include "tests/testing/raised.h"
 
 namespace crvlib {
 namespace {
@@ -19,10 +19,8 @@ TEST(ReplaceParams, OverwritesWithoutChangingTheLength) {
   const Case cases[] = {
       {u"%s and %s", u"%s", {0, {12, 34}}, u"12 and 34"},
       {u"{0} and {0}", u"{0}", {0, {12, 34}}, u"12} and 34}"},  // shorter: the tail stays
-      {u"Hello %1!", u"%1", {0, {u"X"}}, u"Hello X1!"},
-      {u"a%1b", u"%1", {0, {u"ABCD"}}, u"aABC"},  // longer: cut at the end
+      {u"a%1b", u"%1", {0, {u"ABCD"}}, u"aABC"},                // longer: cut at the end
       {u"##-##", u"##", {0, {5, true}}, u"5#-Tr"},
-      {u"%1 %1", u"%1", {0, {}}, u"%1 %1"},            // no parameters
       {u"%1", u"%1", {0, {u"A", u"B", u"C"}}, u"A1"},  // "A1" holds no token: stop
       {u"%1%1", u"%1", {0, {u"%", u"Z"}}, u"Z1%1"},    // "%" leaves "%1" in place
       {u"abc", u"", {0, {u"X", u"Y"}}, u"Ybc"},        // empty token: position 1
@@ -38,13 +36,8 @@ TEST(ReplaceParams, OverwritesWithoutChangingTheLength) {
 }
 
 TEST(ReplaceParams, NullRaises94WithTheRoutineSource) {
-  try {
-    Functions::ReplaceParams(u"a%1", u"%1", kNull);
-    FAIL();
-  } catch (const Error& e) {
-    EXPECT_EQ(e.Number(), 94);
-    EXPECT_EQ(e.Source(), u"CRVLIB.Functions::ReplaceParams");
-  }
+  EXPECT_EQ(RaisedBy([] { Functions::ReplaceParams(u"a%1", u"%1", kNull); }),
+            Raised(94, u"CRVLIB.Functions::ReplaceParams"));
   // A Null past the last token is never converted.
   EXPECT_EQ(Functions::ReplaceParams(u"a%1", u"%1", u"b", kNull), u"ab1");
 }

@@ -1,8 +1,8 @@
 // NumToWords: amounts in words for cheques.
 #include <gtest/gtest.h>
 
-#include "crvlib/error.h"
 #include "crvlib/functions.h"
+#include "tests/testing/raised.h"
 
 namespace crvlib {
 namespace {
@@ -36,13 +36,9 @@ TEST(NumToWords, WritesAmountsForCheques) {
 
 TEST(NumToWords, RefusesNegativeAmounts) {
   for (int64_t scaled : {int64_t{-1}, INT64_MIN}) {
-    try {
-      Functions::NumToWords(Currency::FromScaled(scaled));
-      ADD_FAILURE() << scaled;
-    } catch (const Error& e) {
-      EXPECT_EQ(e.Number(), 5);
-      EXPECT_EQ(e.Source(), u"CRVLIB.Functions::NumToWords");
-    }
+    EXPECT_EQ(RaisedBy([&] { Functions::NumToWords(Currency::FromScaled(scaled)); }),
+              Raised(5, u"CRVLIB.Functions::NumToWords"))
+        << scaled;
   }
 }
 
