@@ -1,13 +1,13 @@
 // The documents folder, found in a temporary home.
 #include "platform/documents_folder.h"
 
-#include <stdlib.h>
-
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
 #include <optional>
+
+#include "tests/testing/temporary_folder.h"
 
 namespace crvlib::platform {
 namespace {
@@ -15,12 +15,11 @@ namespace {
 namespace fs = std::filesystem;
 
 TEST(DocumentsFolder, ReadsUserDirsAndCreatesTheFolder) {
-  std::string home = (fs::temp_directory_path() / "crvlib-home-XXXXXX").string();
-  ASSERT_NE(::mkdtemp(home.data()), nullptr);
-  const char* old_home = ::getenv("HOME");
-  const std::optional<std::string> saved_home =
-      old_home ? std::optional<std::string>(old_home) : std::nullopt;
-  ::setenv("HOME", (home + "/").c_str(), 1);  // a trailing slash is not doubled
+  TemporaryFolder folder;
+  const std::string& home = folder.path();
+  ASSERT_FALSE(home.empty());
+  ScopedEnv set_home("HOME", (home + "/").c_str());  // a trailing slash is not doubled
+  ScopedEnv config_home("XDG_CONFIG_HOME", nullptr);
 
   struct Case {
     std::optional<std::string> dirs;  // content of user-dirs.dirs
@@ -47,12 +46,10 @@ TEST(DocumentsFolder, ReadsUserDirsAndCreatesTheFolder) {
     SCOPED_TRACE(c.want);
     fs::remove_all(home + "/.config");
     fs::remove_all(home + "/cfg");
-    if (c.xdg_config_home) {
-      const std::string xdg = c.xdg_config_home;
-      ::setenv("XDG_CONFIG_HOME", xdg == "ABSOLUTE" ? (home + c.config).c_str() : xdg.c_str(), 1);
-    } else {
-      ::unsetenv("XDG_CONFIG_HOME");
-    }
+    const std::string absolute = home + c.config;
+    config_home.Set(c.xdg_config_home && std::string_view(c.xdg_config_home) == "ABSOLUTE"
+                        ? absolute.c_str()
+                        : c.xdg_config_home);
     if (c.dirs) {
       fs::create_directories(home + c.config);
       std::ofstream(home + c.config + "/user-dirs.dirs") << *c.dirs;
@@ -64,13 +61,6 @@ TEST(DocumentsFolder, ReadsUserDirsAndCreatesTheFolder) {
       EXPECT_TRUE(fs::is_directory(home + c.want));
     }
   }
-  ::unsetenv("XDG_CONFIG_HOME");
-  if (saved_home) {
-    ::setenv("HOME", saved_home->c_str(), 1);
-  } else {
-    ::unsetenv("HOME");
-  }
-  fs::remove_all(home);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "core/error_frame.h"
 #include "runtime/compare.h"
 #include "tests/runtime/runtime_test_util.h"
+#include "tests/testing/raised.h"
 
 namespace crvlib::internal {
 namespace {
@@ -68,12 +69,7 @@ TEST_F(TextTest, StrCompModes) {
     SCOPED_TRACE(testing::Message() << r.source << " " << U8(r.a) << " " << U8(r.b));
     EXPECT_EQ(StrComp(r.a, r.b, r.mode), r.want);
   }
-  try {
-    StrComp(u"a", u"b", 2);
-    FAIL();
-  } catch (const Error& e) {
-    EXPECT_EQ(e.Number(), 5);
-  }
+  EXPECT_EQ(RaisedBy([] { StrComp(u"a", u"b", 2); }).number, 5);
 }
 
 }  // namespace
