@@ -7,7 +7,7 @@
 #include <climits>
 #include <functional>
 
-#include "crvlib/error.h"
+#include "tests/testing/raised.h"
 
 namespace crvlib::internal {
 namespace {
@@ -23,15 +23,6 @@ std::u16string Text(const DynStringBuf& b) {
   std::string bytes(b.Front().begin(), b.Front().end());
   bytes.append(b.Back().begin(), b.Back().end());
   return Bytes(bytes).ToU16();
-}
-
-int32_t ErrorOf(const std::function<void()>& fn) {
-  try {
-    fn();
-  } catch (const Error& e) {
-    return e.Number();
-  }
-  return 0;
 }
 
 // `text` with the gap at `front` (-1: layout 0). A gap left by a move still
@@ -78,7 +69,7 @@ TEST(DynStringBuf, GrowthFactorsRiseUntilCleared) {
   EXPECT_EQ(DynStringBuf::GrownCapacity(2000000000, 0), 2147483646);  // capped, not overflowed
   EXPECT_EQ(DynStringBuf::GrownCapacity(2147483646, 2), 2147483646);
   EXPECT_EQ(DynStringBuf::GrownCapacity(101, 1), 126);
-  EXPECT_EQ(ErrorOf([&] { b.Grow(INT32_MAX); }), 6);
+  EXPECT_EQ(RaisedBy([&] { b.Grow(INT32_MAX); }).number, 6);
   EXPECT_EQ(b.Capacity(), 374);
 }
 
@@ -167,7 +158,7 @@ TEST(DynStringBuf, EditsClampAndOddValuesSetBinary) {
   b.MoveGap(4);
   EXPECT_EQ(b.ReadBytes(3, 5), Bytes(std::string("\0c\0d\0", 5)));  // odd, across the gap
   b.DeleteBytes(1, 2);                                              // FrontLength 1
-  EXPECT_EQ(ErrorOf([&] { b.SetBinary(false); }), 380);
+  EXPECT_EQ(RaisedBy([&] { b.SetBinary(false); }).number, 380);
   EXPECT_TRUE(b.Binary());
   b.Compact();  // every field even again
   b.SetBinary(false);
@@ -227,8 +218,8 @@ TEST(DynStringBuf, FindBytesInByteModeAndBadModes) {
   EXPECT_EQ(b->FindBytes(Bytes("\xe0"), 0, 12, 0), 6);  // bytes fold as Latin-1
   EXPECT_EQ(b->FindBytes(Bytes("\xe0"), 0, 12, 1), -1);
   for (int32_t case_type : {3, -1, INT32_MAX})
-    EXPECT_EQ(ErrorOf([&] { b->FindBytes(u"b", 0, 6, case_type); }), 5);
-  EXPECT_EQ(ErrorOf([&] { b->FindBytes(u"b", 0, 6, INT32_MIN); }), 6);
+    EXPECT_EQ(RaisedBy([&] { b->FindBytes(u"b", 0, 6, case_type); }).number, 5);
+  EXPECT_EQ(RaisedBy([&] { b->FindBytes(u"b", 0, 6, INT32_MIN); }).number, 6);
   EXPECT_EQ(b->FindBytes(u"", 0, 6, 3), 0);  // nothing searched, nothing checked
 }
 

@@ -11,23 +11,14 @@
 #include <random>
 
 #include "crvlib/dynamic_string.h"
-#include "crvlib/error.h"
 #include "dynstring/dynamic_string_impl.h"
+#include "tests/testing/raised.h"
 #include "tests/testing/view_family_model.h"
 
 namespace crvlib {
 namespace {
 
 using D = DynamicString;
-
-int32_t NumberRaisedBy(const std::function<void()>& fn) {
-  try {
-    fn();
-  } catch (const Error& e) {
-    return e.Number();
-  }
-  return 0;
-}
 
 struct Random {
   std::mt19937 rng;
@@ -115,36 +106,36 @@ TEST(DynamicStringModel, RandomEditsThroughRandomViews) {
       switch (op) {
         case 0:
           if (!(want = expect(false, false))) m.Edit(v, 0, len, s);
-          got = NumberRaisedBy([&] { d.SetValue(s); });
+          got = RaisedBy([&] { d.SetValue(s); }).number;
           break;
         case 1:
           if (!(want = expect(true, false))) m.Edit(v, start, 0, s);
-          got = NumberRaisedBy([&] { d.Insert(s, a); });
+          got = RaisedBy([&] { d.Insert(s, a); }).number;
           break;
         case 2:
           if (!(want = expect(false, false))) m.Edit(v, b % 2 ? len : 0, 0, s);
-          got = NumberRaisedBy([&] { b % 2 ? d.Append(s) : d.Prefix(s); });
+          got = RaisedBy([&] { b % 2 ? d.Append(s) : d.Prefix(s); }).number;
           break;
         case 3:
           want = expect(true, true);
           if (!want && b > 0) m.Edit(v, start, std::min(b, len - start), u"");
-          got = NumberRaisedBy([&] { d.Delete(a, b); });
+          got = RaisedBy([&] { d.Delete(a, b); }).number;
           break;
         case 4:
           if (!(want = expect(true, true))) m.Edit(v, start, std::clamp(b, 0, len - start), s);
-          got = NumberRaisedBy([&] { d.Replace(s, a, b); });
+          got = RaisedBy([&] { d.Replace(s, a, b); }).number;
           break;
         case 5:
           want = expect(false, false);
           if (!want && old_value.empty()) want = 5;
           if (!want) m.ChangeAll(v, old_value, s, fold);
-          got = NumberRaisedBy([&] { d.ChangeAll(old_value, s, case_type); });
+          got = RaisedBy([&] { d.ChangeAll(old_value, s, case_type); }).number;
           break;
         case 6: {
           want = expect(true, true);
           if (!want && (a < 0 || b < 0)) want = 5;
           D child;
-          got = NumberRaisedBy([&] { child = d.SubString(a, b); });
+          got = RaisedBy([&] { child = d.SubString(a, b); }).number;
           if (want == 0) {
             m.SubString(v, a, b);
             run.handles.push_back(child);
@@ -155,7 +146,7 @@ TEST(DynamicStringModel, RandomEditsThroughRandomViews) {
         case 7: {
           int32_t found = 0;
           want = expect(true, true);
-          got = NumberRaisedBy([&] { found = d.Find(s, a, b, case_type); });
+          got = RaisedBy([&] { found = d.Find(s, a, b, case_type); }).number;
           if (want == 0) {
             EXPECT_EQ(found, m.Find(v, s, a, b, fold));
           }

@@ -13,22 +13,11 @@
 #include <functional>
 #include <string>
 
-#include "crvlib/error.h"
 #include "platform/shared_memory.h"
+#include "tests/testing/raised.h"
 
 namespace crvlib {
 namespace {
-
-using Raised = std::pair<int32_t, std::u16string>;  // number and source; 0 when none
-
-Raised ErrorOf(const std::function<void()>& fn) {
-  try {
-    fn();
-  } catch (const Error& e) {
-    return {e.Number(), e.Source().ToU16()};
-  }
-  return {0, u""};
-}
 
 String UniqueName(const char* tag) {
   return String::FromUtf8(std::string("shared-") + tag + "-" + std::to_string(::getpid()));
@@ -39,23 +28,19 @@ bool Exists(const String& name) {
 }
 
 TEST(SharedString, ErrorsBeforeAndDuringCreate) {
-  const std::u16string item = u"CRVLIB.SharedString::Item";
-  const std::u16string_view create = u"CRVLIB.SharedString::Create";
+  const String item = u"CRVLIB.SharedString::Item", create = u"CRVLIB.SharedString::Create";
   SharedString s;
-  EXPECT_EQ(ErrorOf([&] { s.Item(); }), Raised(13, item));
-  EXPECT_EQ(ErrorOf([&] { s.SetItem(u"x"); }), Raised(13, item));
-  EXPECT_EQ(ErrorOf([&] { s.Create(u""); }), Raised(5, std::u16string(create)));
-  EXPECT_EQ(ErrorOf([&] { s.Create(UniqueName("negative"), -1); }),
-            Raised(5, std::u16string(create)));
+  EXPECT_EQ(RaisedBy([&] { s.Item(); }), Raised(13, item));
+  EXPECT_EQ(RaisedBy([&] { s.SetItem(u"x"); }), Raised(13, item));
+  EXPECT_EQ(RaisedBy([&] { s.Create(u""); }), Raised(5, create));
+  EXPECT_EQ(RaisedBy([&] { s.Create(UniqueName("negative"), -1); }), Raised(5, create));
   // The system's error code and text for a name it refuses (too long).
-  try {
-    s.Create(String(std::u16string(300, u'x')));
-    ADD_FAILURE();
-  } catch (const Error& e) {
-    EXPECT_EQ(e.Source(), create);
-    EXPECT_EQ(e.Description().ToUtf8(), std::strerror(e.Number()));
-  }
-  EXPECT_EQ(ErrorOf([&] { s.Item(); }).first, 13);
+  String description;
+  const Raised refused =
+      RaisedBy([&] { s.Create(String(std::u16string(300, u'x'))); }, &description);
+  EXPECT_EQ(refused.source, create);
+  EXPECT_EQ(description.ToUtf8(), std::strerror(refused.number));
+  EXPECT_EQ(RaisedBy([&] { s.Item(); }).number, 13);
 }
 
 TEST(SharedString, ObjectsOfOneNameShareTheString) {
@@ -66,7 +51,7 @@ TEST(SharedString, ObjectsOfOneNameShareTheString) {
   a.SetItem(u"12345");       // 10 bytes: as many as Size allows
   b.Create(name);
   EXPECT_EQ(b.Item(), u"12345");  // the second Create keeps the content
-  EXPECT_EQ(ErrorOf([&] { a.SetItem(u"123456"); }), Raised(6, u"CRVLIB.SharedString::Item"));
+  EXPECT_EQ(RaisedBy([&] { a.SetItem(u"123456"); }), Raised(6, u"CRVLIB.SharedString::Item"));
   b.SetItem(u"\u00E9t\u00E9 \U0001F600");
   EXPECT_EQ(a.Item(), u"\u00E9t\u00E9 \U0001F600");
   a.SetItem(String::FromBytes("abc", 3));  // an odd byte count reads back as whole characters
@@ -83,7 +68,7 @@ TEST(SharedString, CreateAgainMovesToTheNewSection) {
   s.Create(UniqueName("again-2"));
   EXPECT_EQ(s.Item(), u"");
   EXPECT_FALSE(Exists(first));  // the old section had no other user
-  EXPECT_NE(ErrorOf([&] { s.Create(String(std::u16string(300, u'x'))); }).first, 0);
+  EXPECT_NE(RaisedBy([&] { s.Create(String(std::u16string(300, u'x'))); }).number, 0);
   s.SetItem(u"two");  // a failed Create leaves the object on its section
   EXPECT_EQ(s.Item(), u"two");
 }
