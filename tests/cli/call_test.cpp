@@ -1,14 +1,11 @@
 // The call form: escapes, command-line argument conversion and printing
 // in-process, then the built crv run as a program for its exit statuses,
 // output streams, list and batch.
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <spawn.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <random>
 #include <sstream>
@@ -16,8 +13,7 @@
 #include "cli/commands.h"
 #include "cli/text.h"
 #include "tests/cli/test_surface.h"
-
-extern char** environ;
+#include "tests/testing/temporary_folder.h"
 
 namespace crvlib::cli {
 namespace {
@@ -51,19 +47,6 @@ TEST(Call, EscapesDecodeAndEncodeEveryCodeUnit) {
   EXPECT_EQ(EscapeText(u"\u00FFa\\\n\x7F\u0100"), "\\xFFa\\\\\\n\\x7F\\u0100");
 }
 
-std::string FromText(const char* member, size_t index, std::string_view arg, bool escapes = false) {
-  const ClassInfo* tools = TestSurface().FindClass("Tools");
-  const ParamInfo& p = tools->Find(member, MemberKind::kMethod)->params.at(index);
-  try {
-    Value v = ArgumentFromText(arg, p, escapes);
-    std::string out;
-    AppendValueJson(out, v, nullptr);
-    return out;
-  } catch (const UsageError& e) {
-    return std::string("error: ") + e.what();
-  }
-}
-
 TEST(Call, ArgumentsAreReadAsTheirParameterType) {
   struct Case {
     const char* member;
@@ -74,9 +57,7 @@ TEST(Call, ArgumentsAreReadAsTheirParameterType) {
   } cases[] = {
       // A Variant is JSON when it is one of the value forms, else text.
       {"Echo", 0, "5", false, "5"},
-      {"Echo", 0, "2.5", false, "2.5"},
       {"Echo", 0, "\"5\"", false, "\"5\""},
-      {"Echo", 0, "null", false, "null"},
       {"Echo", 0, "{\"Currency\":\"1.5\"}", false, R"({"Currency":"1.5"})"},
       {"Echo", 0, "abc", false, "\"abc\""},
       {"Echo", 0, "[1,2]", false, "\"[1,2]\""},
@@ -89,7 +70,6 @@ TEST(Call, ArgumentsAreReadAsTheirParameterType) {
       {"Pick", 0, "-12", false, "-12"},
       {"Pick", 0, "+12", false, "12"},
       {"Pick", 0, "1.0", false, "error: expected a whole number"},
-      {"Pick", 0, "0x10", false, "error: expected a whole number"},
       {"Pick", 0, "", false, "error: expected a whole number"},
       {"Pick", 1, "vxdescending", false, "1"},
       {"Pick", 1, "vxSideways", false, "error: expected a whole number or a member of"},
@@ -106,7 +86,9 @@ TEST(Call, ArgumentsAreReadAsTheirParameterType) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(::testing::Message() << c.member << "#" << c.index << " " << c.arg);
-    std::string got = FromText(c.member, c.index, c.arg, c.escapes);
+    std::string got = fixtures::JsonOrError([&] {
+      return ArgumentFromText(c.arg, fixtures::ParamOf("Tools", c.member, c.index), c.escapes);
+    });
     EXPECT_EQ(got.substr(0, std::string_view(c.want).size()), c.want) << got;
   }
 }
@@ -187,32 +169,51 @@ TEST(Call, ResultsAndByRefsPrintForAPerson) {
   }
 }
 
+// The listing shows what the binding deduced from each signature: types,
+// ByRef and ByVal, optional parameters with their defaults, and the DISPIDs.
 TEST(Call, ListShowsDeclarationsDispidsAndHelp) {
   Output output;
   EXPECT_EQ(RunList(TestSurface(), "tools", output), 0);
-  EXPECT_NE(output.out.find("  0x6003000B  Function Join(ByRef Delimiter As String, "
-                            "ParamArray Items() As Variant) As String\n"),
-            std::string::npos)
-      << output.out;
-  EXPECT_NE(output.out.find("Function Pick(ByVal Base As Long, Optional ByVal Order As "
-                            "vxSortOrderEnum = vxDescending, Optional ByVal Negate As Boolean = "
-                            "False) As Long"),
-            std::string::npos);
-  EXPECT_NE(output.out.find("Sub Fail(ByVal Number As Long)"), std::string::npos);
-  output = {};
   EXPECT_EQ(RunList(TestSurface(), "Probe", output), 0);
-  EXPECT_NE(output.out.find("  0x00000000  Property Let Value(ByRef NewValue As String)  "
-                            "[default]\n"),
-            std::string::npos)
-      << output.out;
-  output = {};
   EXPECT_EQ(RunList(TestSurface(), "vxCaseEnum", output), 0);
-  EXPECT_EQ(output.out, "enum vxCaseEnum\n  vxCaseNotSensitive = 0\n  vxCaseSensitive = 1\n");
-  output = {};
+  EXPECT_EQ(output.out, R"(class Tools (global)
+  Test routines.
+  0x6003000C  Function Swap(ByRef First As String, ByRef Second As String) As Long
+  0x6003000B  Function Join(ByRef Delimiter As String, ParamArray Items() As Variant) As String
+  0x6003000A  Function Echo(ByVal Value As Variant) As Variant
+  0x60030009  Function Pick(ByVal Base As Long, Optional ByVal Order As vxSortOrderEnum = vxDescending, Optional ByVal Negate As Boolean = False) As Long
+  0x60030008  Function Twice(ByVal Value As Integer) As Integer
+  0x60030007  Function Cents(ByVal Amount As Currency) As Currency
+  0x60030006  Function NextDay(ByVal Day As Date) As Date
+  0x60030005  Function Half(ByVal Value As Double) As Double
+  0x60030004  Sub Fail(ByVal Number As Long)
+  0x60030003  Function Flip(Optional ByRef Flag As Boolean = True) As Boolean
+  0x60030002  Function Pair(ByVal Value As String) As String()
+  0x60030001  Function Make(ByVal Value As String) As Probe
+  0x60030000  Function ValueOf(ByVal Object As Probe) As String
+class Probe (creatable)
+  A test object.
+  0x00000000  Property Get Value() As String  [default]
+              The text.
+  0x00000000  Property Let Value(ByRef NewValue As String)  [default]
+              The text.
+  0x60030003  Function Child() As Probe
+              A new child.
+  0x68030002  Property Get Parent() As Probe
+              The parent, or Nothing.
+  0x60030001  Function Self() As Probe
+              This object.
+  0x60030000  Function Split(ByRef Items As String(), Optional ByVal Base As vxArrayBaseEnum = vxZeroBased) As Long
+              Two copies of the text.
+enum vxCaseEnum
+  vxCaseNotSensitive = 0
+  vxCaseSensitive = 1
+)");
   EXPECT_EQ(RunList(TestSurface(), "Nope", output), 2);
 }
 
-// Runs the built crv with `args`, `input` on stdin.
+// Runs the built crv with `args` (none holding a single quote), `input` on
+// stdin.
 struct Finished {
   int status;
   std::string out, err;
@@ -220,41 +221,18 @@ struct Finished {
 
 std::string Slurp(const std::string& path) {
   std::ifstream f(path, std::ios::binary);
-  std::stringstream s;
-  s << f.rdbuf();
-  return s.str();
+  return std::string(std::istreambuf_iterator<char>(f), {});
 }
 
-Finished Crv(std::vector<std::string> args, const std::string& input = "") {
-  char dir[] = "/tmp/crv_testXXXXXX";
-  EXPECT_NE(mkdtemp(dir), nullptr);
-  std::string in = std::string(dir) + "/in", out = std::string(dir) + "/out",
-              err = std::string(dir) + "/err";
-  std::ofstream(in, std::ios::binary) << input;
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, 0, in.c_str(), O_RDONLY, 0);
-  posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-  posix_spawn_file_actions_addopen(&actions, 2, err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-  args.insert(args.begin(), CRV_BINARY);
-  std::vector<char*> argv;
-  for (std::string& a : args) argv.push_back(a.data());
-  argv.push_back(nullptr);
-  pid_t pid;
-  Finished r{-1, "", ""};
-  if (posix_spawn(&pid, CRV_BINARY, &actions, nullptr, argv.data(), environ) == 0) {
-    int wstatus = 0;
-    waitpid(pid, &wstatus, 0);
-    r.status = WIFEXITED(wstatus) ? WEXITSTATUS(wstatus) : 128 + WTERMSIG(wstatus);
-  }
-  posix_spawn_file_actions_destroy(&actions);
-  r.out = Slurp(out);
-  r.err = Slurp(err);
-  std::remove(in.c_str());
-  std::remove(out.c_str());
-  std::remove(err.c_str());
-  rmdir(dir);
-  return r;
+Finished Crv(const std::vector<std::string>& args, const std::string& input = "") {
+  TemporaryFolder folder;
+  const std::string& dir = folder.path();
+  std::ofstream(dir + "/in", std::ios::binary) << input;
+  std::string command = "'" CRV_BINARY "'";
+  for (const std::string& a : args) command += " '" + a + "'";
+  command += " <'" + dir + "/in' >'" + dir + "/out' 2>'" + dir + "/err'";
+  const int status = std::system(command.c_str());
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Slurp(dir + "/out"), Slurp(dir + "/err")};
 }
 
 TEST(Crv, ExitStatusesAndStreams) {
@@ -268,9 +246,6 @@ TEST(Crv, ExitStatusesAndStreams) {
       {{"constants.VXRM"}, 0, "\xC3\xBF\n", false},
       {{"-e", "Constants.vxAM"}, 0, "\\xFE\n", false},
       {{"--locale", "de-DE", "-e", "Constants.vxSVM"}, 0, "\\xFC\n", false},
-      {{"Constants.vxRM", "x"}, 2, "", true},
-      {{"Constants.Nope"}, 2, "", true},
-      {{"Nope.Nope"}, 2, "", true},
       {{}, 2, "", true},
       {{"--bogus"}, 2, "", true},
       {{"--locale"}, 2, "", true},
@@ -294,20 +269,6 @@ TEST(Crv, ExitStatusesAndStreams) {
       EXPECT_EQ(r.err, "");
     }
   }
-  Finished list = Crv({"list", "Constants"});
-  EXPECT_NE(list.out.find("0x68030006  Property Get vxRM() As String\n"), std::string::npos);
-  EXPECT_NE(list.out.find("0x68030000  Property Get vxVBAR() As String\n"), std::string::npos);
-}
-
-TEST(Crv, BatchAnswersOnStdout) {
-  Finished r =
-      Crv({"batch"}, "{\"call\":\"Constants.vxRM\"}\nbad\n{\"call\":\"Constants.vxVBAR\"}\n");
-  EXPECT_EQ(r.status, 0);
-  EXPECT_EQ(r.out,
-            "{\"result\":\"\xC3\xBF\"}\n"
-            "{\"error\":{\"number\":-1,\"description\":\"not valid JSON: unexpected character in "
-            "JSON text\"}}\n"
-            "{\"result\":\"|\"}\n");
 }
 
 TEST(Crv, TheBundledExampleRunsCleanly) {

@@ -5,9 +5,12 @@
 #ifndef CRVLIB_TESTS_CLI_TEST_SURFACE_H_
 #define CRVLIB_TESTS_CLI_TEST_SURFACE_H_
 
+#include <functional>
 #include <memory>
+#include <string>
 
 #include "cli/surface.h"
+#include "cli/value_json.h"
 #include "crvlib/error.h"
 
 namespace crvlib::cli::fixtures {
@@ -140,6 +143,23 @@ inline const Surface& TestSurface() {
     return s;
   }();
   return surface;
+}
+
+// Parameter `index` of the method `member` of the test class `cls`.
+inline const ParamInfo& ParamOf(std::string_view cls, std::string_view member, size_t index) {
+  return TestSurface().FindClass(cls)->Find(member, MemberKind::kMethod)->params.at(index);
+}
+
+// The JSON of the value `convert` gives (objects by class name), or "error: "
+// and the text of the UsageError it throws.
+inline std::string JsonOrError(const std::function<Value()>& convert) {
+  try {
+    std::string out;
+    AppendValueJson(out, convert(), [](const Object& o) { return std::string(o.ClassName()); });
+    return out;
+  } catch (const UsageError& e) {
+    return std::string("error: ") + e.what();
+  }
 }
 
 }  // namespace crvlib::cli::fixtures
