@@ -36,9 +36,7 @@ void Check(bool ok) {
 }
 
 String Text(int64_t n) {
-  const std::string s = std::to_string(n);
-  const std::u16string u(s.begin(), s.end());
-  return String(std::u16string_view(u));
+  return String::FromUtf8(std::to_string(n));
 }
 
 void RoundTrips(const String& data, int64_t n) {

@@ -23,26 +23,21 @@ namespace {
 using namespace crvlib;
 using namespace crvlib::internal;
 
+// A value of kind 0-7: Double, String, Date, Currency, Long, Boolean, Null
+// and Empty, from the number Val reads in `text`.
 Variant MakeValue(int kind, const String& text) {
-  double d = Val(text.view());
-  switch (kind) {
-    case 0:
-      return Variant(d);
-    case 1:
-      return Variant(text);
-    case 2:
-      return Variant(Date{d});
-    case 3:
-      return Variant(Currency{static_cast<int64_t>(d > 9e18 || d < -9e18 ? 0 : d)});
-    case 4:
-      return Variant(static_cast<int32_t>(d > 2e9 || d < -2e9 ? 0 : d));
-    case 5:
-      return Variant(d != 0);
-    case 6:
-      return Variant(kNull);
-    default:
-      return Variant();
-  }
+  const double d = Val(text.view());
+  const Variant values[] = {
+      Variant(d),
+      Variant(text),
+      Variant(Date{d}),
+      Variant(Currency{static_cast<int64_t>(d > 9e18 || d < -9e18 ? 0 : d)}),
+      Variant(static_cast<int32_t>(d > 2e9 || d < -2e9 ? 0 : d)),
+      Variant(d != 0),
+      Variant(kNull),
+      Variant(),
+  };
+  return values[kind];
 }
 
 void ExpectRuntimeError(const ResumeNext& err) {

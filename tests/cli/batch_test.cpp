@@ -1,11 +1,11 @@
 // The batch session, line by line: what each request answers, how object
-// names live and die, and that no line, however bad, stops the session (the
-// batch fuzzer's corpus, replayed in the suite, mangles requests at random).
+// names live and die, and that no line, however bad, stops the session.
 #include "cli/batch.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <random>
 
 #include "tests/cli/test_surface.h"
 
@@ -173,6 +173,48 @@ TEST(Batch, OverlongAndDeepLinesAreRefusedWithoutHarm) {
             "64 levels\"}}\n"
             "{\"error\":{\"number\":-1,\"description\":\"line longer than 64 MiB\"}}\n"
             "{\"result\":2}\n");
+}
+
+TEST(Batch, MangledRequestsAlwaysGetAnAnswer) {
+  // Random edits of valid requests: every answer must itself be a JSON
+  // object with a result or an error, and nothing may escape the session.
+  const std::string seeds[] = {
+      R"({"call":"Tools.Swap","args":["ab","\ud800"]})",
+      R"({"call":"Tools.Pick","args":[1,"vxAscending",true]})",
+      R"({"call":"Tools.Echo","args":[{"Currency":"12.3456"}]})",
+      R"({"call":"Tools.NextDay","args":[{"Date":"2004-12-31T10:00:00"}]})",
+      R"({"call":"Tools.Join","args":["-",{"bytes":"414243"},{"Integer":5}]})",
+      R"({"new":"Probe","as":"p"})",
+      R"({"set":"p.Value","value":"x"})",
+      R"({"call":"p.Split","args":[{"lbound":3,"items":["a"]},1]})",
+      R"({"call":"Tools.ValueOf","args":[{"object":"p"}]})",
+      R"({"release":"p"})",
+  };
+  const char alphabet[] = "{}[]\",:\\u0123456789.eE-+ tnfalsrDCbyx";
+  std::mt19937 rng(20041231);
+  BatchSession s(TestSurface());
+  for (int round = 0; round < 20000; ++round) {
+    std::string line = seeds[rng() % std::size(seeds)];
+    for (int edits = 1 + static_cast<int>(rng() % 4); edits > 0; --edits) {
+      size_t at = rng() % (line.size() + 1);
+      switch (rng() % 3) {
+        case 0:
+          line.insert(at, 1, alphabet[rng() % (sizeof alphabet - 1)]);
+          break;
+        case 1:
+          if (at < line.size()) line.erase(at, 1);
+          break;
+        default:
+          if (at < line.size()) line[at] = static_cast<char>(rng());
+          break;
+      }
+    }
+    std::string answer = s.Answer(line);
+    std::string error;
+    std::optional<Json> j = ParseJson(answer, &error);
+    ASSERT_TRUE(j) << line << " -> " << answer;
+    ASSERT_TRUE(j->Find("result") || j->Find("error")) << line << " -> " << answer;
+  }
 }
 
 }  // namespace

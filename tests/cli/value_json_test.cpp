@@ -183,7 +183,6 @@ TEST(ValueJson, TypedParametersTakeOnlyTheirOwnForms) {
       // Currency and Date
       {"Cents", 0, R"({"Currency":"1.5"})", R"({"Currency":"1.5"})"},
       {"Cents", 0, "2.25", R"({"Currency":"2.25"})"},
-      {"Cents", 0, R"({"Currency":"1.23456"})", "error: a Currency is a decimal"},
       {"Cents", 0, R"({"Currency":"922337203685477.5808"})", "error: a Currency"},
       {"Cents", 0, R"({"Currency":"1e3"})", "error: a Currency"},
       {"Cents", 0, "1e300", "error: Currency out of range"},

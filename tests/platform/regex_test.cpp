@@ -68,6 +68,7 @@ TEST(RegExp, ReadsTheVBScriptDialect) {
           {u"^*", u"a", kBadPattern},
           {u"\\b+", u"a", kBadPattern},
           {u"[z-a]", u"a", kBadPattern},
+          {u"a{3,2}", u"aaa", kBadPattern},
           {u"(?<=a)b", u"ab", kBadPattern},  // no look-behind
           {u"(?i)a", u"A", kBadPattern},     // no inline options
           {u"a{65536}", u"a",
