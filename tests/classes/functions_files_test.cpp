@@ -8,6 +8,7 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+
 #include "crvlib/functions.h"
 #include "platform/clock.h"
 #include "tests/testing/raised.h"

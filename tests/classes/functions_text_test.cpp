@@ -75,6 +75,7 @@ TEST(RevInStr, FindsTheLastStartAtOrBeforeStart) {
       {0, u"abcabc", u"bc", 5}, {4, u"abcabc", u"bc", 2}, {5, u"abcabc", u"bc", 5},
       {2, u"abcd", u"bcd", 0},  // a Start closer to the front than FindStr is long
       {3, u"abcd", u"bcd", 2},  // yet the match may run past Start
+      {3, u"abcd", u"ab", 1},   // the scan reaches position 1
       {1, u"", u"a", 0},        {9, u"abc", u"", 3},      {-5, u"abc", u"x", 0},
   };
   for (const Case& c : kCases) {

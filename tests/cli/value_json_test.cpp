@@ -135,6 +135,7 @@ TEST(ValueJson, TheReaderRefusesWhatIsNotStrictJson) {
   EXPECT_EQ(j->Find("big")->type, Json::Type::kFloat);
   EXPECT_EQ(j->Find("f")->number, 100.0);
   EXPECT_TRUE(ParseJson("1e-400", &error));  // underflows to zero
+  EXPECT_EQ(ParseJson(R"("\"\\\/\b\f\n\r\t")", &error)->string, u"\"\\/\b\f\n\r\t");
 }
 
 // Converts `json` for parameter `index` of cls.member; returns the value's

@@ -126,6 +126,7 @@ TEST(DynStringBuf, EditsClampAndOddValuesSetBinary) {
       {"insert before start", [](auto& b) { b.InsertBytes(u"X", -4); }, u"Xabc", false},
       {"insert past end", [](auto& b) { b.InsertBytes(u"X", INT32_MAX); }, u"abcX", false},
       {"insert at odd position", [](auto& b) { b.InsertBytes(u"x", 3); }, u"", true},
+      {"delete before start", [](auto& b) { b.DeleteBytes(-2, 4); }, u"c", false},
       {"delete past end", [](auto& b) { b.DeleteBytes(4, INT32_MAX); }, u"ab", false},
       {"delete odd", [](auto& b) { b.DeleteBytes(1, 2); }, u"", true},
       {"delete all, odd count", [](auto& b) { b.DeleteBytes(0, 7); }, u"", false},
