@@ -151,15 +151,62 @@ class IndexRecorder {
   MatchIndex* index_;
 };
 
-UnitDelimiter::UnitDelimiter(std::u16string_view units) : units_(units) {
+bool UnitDelimiter::HasBorder(std::u16string_view units) {
   for (size_t k = 1; k < units.size(); ++k) {
-    if (units.substr(0, k) == units.substr(units.size() - k)) overlapping_ = true;
+    if (units.substr(0, k) == units.substr(units.size() - k)) return true;
   }
+  return false;
 }
 
 size_t FindDelimiter(std::u16string_view text, size_t from, const UnitDelimiter& d) {
   if (text.size() < d.size() || from > text.size() - d.size()) return kNoMatch;
   return FindIn(text, from, text.size() - d.size() + 1, d);
+}
+
+size_t CollectMatches(std::u16string_view text, size_t from, const UnitDelimiter& d, size_t* out,
+                      size_t cap) {
+  const size_t m = d.size();
+  if (cap == 0 || text.size() < m || from > text.size() - m) return 0;
+  const size_t until = text.size() - m + 1;  // bound on match starts
+  size_t k = 0;
+  if (d.overlapping() || m > 2) {
+    for (size_t r = FindIn(text, from, until, d); r != kNoMatch;
+         r = FindIn(text, r + m, until, d)) {
+      out[k++] = r;
+      if (k == cap) break;
+    }
+    return k;
+  }
+  // Every occurrence is a match: take them from a bitmask, one bit per unit.
+  const char16_t* t = text.data();
+  const char16_t c0 = d.units()[0];
+  const bool pair = m == 2;
+  const char16_t c1 = pair ? d.units()[1] : 0;
+  size_t i = from;
+#ifdef CRVLIB_ELEMENT_SSE2
+  const __m128i k0 = _mm_set1_epi16(static_cast<short>(c0));
+  const __m128i k1 = _mm_set1_epi16(static_cast<short>(c1));
+  auto hits = [&](size_t at) {
+    const __m128i eq0 =
+        _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(t + at)), k0);
+    if (!pair) return eq0;
+    return _mm_and_si128(
+        eq0, _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(t + at + 1)), k1));
+  };
+  // With a pair, i + 16 <= until = size - 1 keeps the load at i + 9 inside.
+  for (; i + 16 <= until; i += 16) {
+    unsigned mask = static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(hits(i), hits(i + 8))));
+    while (mask != 0) {
+      out[k++] = i + static_cast<size_t>(std::countr_zero(mask));
+      if (k == cap) return k;
+      mask &= mask - 1;
+    }
+  }
+#endif
+  for (; i < until && k < cap; ++i) {
+    if (t[i] == c0 && (!pair || t[i + 1] == c1)) out[k++] = i;
+  }
+  return k;
 }
 
 size_t MatchIndex::Match(std::u16string_view text, const UnitDelimiter& d, int64_t k) const {

@@ -14,6 +14,7 @@
 #ifndef CRVLIB_DYNSTRING_ELEMENT_SCAN_H_
 #define CRVLIB_DYNSTRING_ELEMENT_SCAN_H_
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -26,7 +27,14 @@ inline constexpr size_t kNoMatch = static_cast<size_t>(-1);
 // A non-empty delimiter prepared for searching.
 class UnitDelimiter {
  public:
-  explicit UnitDelimiter(std::u16string_view units);
+  explicit UnitDelimiter(std::u16string_view units) : units_(units) {
+    // One unit never overlaps itself; two overlap when they are equal.
+    if (units.size() == 2) {
+      overlapping_ = units[0] == units[1];
+    } else if (units.size() > 2) {
+      overlapping_ = HasBorder(units);
+    }
+  }
 
   std::u16string_view units() const { return units_; }
   size_t size() const { return units_.size(); }
@@ -36,6 +44,8 @@ class UnitDelimiter {
   bool overlapping() const { return overlapping_; }
 
  private:
+  static bool HasBorder(std::u16string_view units);
+
   std::u16string_view units_;
   bool overlapping_ = false;
 };
@@ -43,6 +53,46 @@ class UnitDelimiter {
 // The first occurrence of `d` starting at or after `from` and lying wholly
 // in `text`, or kNoMatch.
 size_t FindDelimiter(std::u16string_view text, size_t from, const UnitDelimiter& d);
+
+// Up to `cap` successive matches from `from` (a position where the search
+// may start), left to right and never overlapping, written to `out` in
+// order; returns how many, 0 only when there are none. Walks that look at
+// every element take their boundaries in such batches, asking again from
+// behind the last match until the answer is 0.
+size_t CollectMatches(std::u16string_view text, size_t from, const UnitDelimiter& d, size_t* out,
+                      size_t cap);
+
+// The matches a walk by single elements will meet next, collected in
+// batches: match[next] is the first match at or after `from` and the others
+// follow in order, up to count. A step whose search starts at `from` takes
+// it instead of searching. The batches grow while the walk goes on, so a
+// lone step costs little more than its own search.
+struct MatchesAhead {
+  static constexpr size_t kMaxBatch = 64;
+  size_t match[kMaxBatch];
+  size_t next = 0;
+  size_t count = 0;
+  size_t from = 0;
+  size_t batch = 0;  // the size of the next batch
+
+  // The next match at or after `at` (a position the search may start at),
+  // or kNoMatch.
+  size_t Next(std::u16string_view text, size_t at, const UnitDelimiter& d) {
+    if (next < count && from == at) {
+      const size_t r = match[next++];
+      from = r + d.size();
+      return r;
+    }
+    // A walk that used up its batch continues with a larger one.
+    batch = count > 0 && next == count && from == at ? std::min(batch * 2, kMaxBatch) : 4;
+    count = CollectMatches(text, at, d, match, batch);
+    next = 0;
+    if (count == 0) return kNoMatch;
+    from = match[0] + d.size();
+    next = 1;
+    return match[0];
+  }
+};
 
 // Checkpoints over one text and one delimiter: for every block of kChunk
 // code units, how many matches start before it and where the search may

@@ -69,7 +69,7 @@ void PlainText::Edit(std::u16string_view a, std::u16string_view b, bool two, boo
     AdjustScanForEdit(cache_, b_first ? Start : Start + static_cast<int32_t>(a.size() * 2),
                       LengthB());
   }
-  index_.index.reset();
+  index_.Forget();
 }
 
 }  // namespace crvlib::internal

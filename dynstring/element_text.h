@@ -40,6 +40,28 @@ class ObjectText {
     return !Binary() && !Delimiter.odd() && (Delimiter.LenB() & 1) == 0 &&
            ((view_.AbsoluteStartB() | LengthB()) & 1) == 0;
   }
+  // The view's text as code units when the scan may search it so (as for
+  // UnitMode) and it lies in one piece of the buffer; false otherwise. One
+  // look at the buffer, for the scan's single steps.
+  bool UnitsInPlace(const String& Delimiter, std::u16string_view* units) {
+    DynStringBuf& b = view_.Buffer();
+    const int32_t a = view_.AbsoluteStartB();
+    const int32_t n = LengthB();
+    if (b.Binary() || Delimiter.odd() || ((a | n) & 1) != 0) return false;
+    const int32_t front = b.FrontLength();
+    if (n == 0) {
+      *units = {};
+    } else if (a + n <= front) {
+      *units = {reinterpret_cast<const char16_t*>(b.Front().data() + a),
+                static_cast<size_t>(n / 2)};
+    } else if (a >= front) {
+      *units = {reinterpret_cast<const char16_t*>(b.Back().data() + (a - front)),
+                static_cast<size_t>(n / 2)};
+    } else {
+      return false;
+    }
+    return true;
+  }
   // Whether Units() needs no rearranging of the buffer.
   bool Contiguous() {
     const DynStringBuf& b = view_.Buffer();
@@ -105,6 +127,10 @@ class PlainText {
   ScanIndexSlot& IndexSlot() { return index_; }
   bool UnitMode(const String&) const { return true; }
   bool Contiguous() const { return true; }
+  bool UnitsInPlace(const String&, std::u16string_view* units) const {
+    *units = Units();
+    return true;
+  }
   std::u16string_view Units() const {
     return owned_ ? std::u16string_view(text_) : source_->view();
   }

@@ -76,11 +76,13 @@ TEST(ElementScan, SkipAndIndexAgreeWithAGreedySearch) {
 }
 
 // The literal host: the same object, but every scan step is one byte-wise
-// search, as the unaccelerated loop does it.
+// search, as the unaccelerated loop does it, and every candidate is read
+// out as a string.
 class LiteralText : public internal::ObjectText {
  public:
   using ObjectText::ObjectText;
   bool UnitMode(const String&) { return false; }
+  bool UnitsInPlace(const String&, std::u16string_view*) { return false; }
 };
 
 TEST(ElementScan, FastScanLeavesTheCacheOfTheLiteralLoop) {
@@ -145,6 +147,131 @@ TEST(ElementScan, FastScanLeavesTheCacheOfTheLiteralLoop) {
       ASSERT_EQ(fast_obj->Value(), slow_obj->Value());
       ASSERT_EQ(fast_obj->scan(), slow_obj->scan());
     }
+  }
+}
+
+// Runs `fn` on both hosts: the same answer, or the same error number.
+template <class Fn>
+void OnBoth(internal::ObjectText& fast, LiteralText& slow, Fn&& fn) {
+  auto run = [&](auto& t) -> std::pair<int32_t, int32_t> {
+    try {
+      return {fn(t), 0};
+    } catch (const Error& e) {
+      return {0, e.Number()};
+    }
+  };
+  EXPECT_EQ(run(fast), run(slow));
+}
+
+TEST(ElementScan, LocateElementLeavesTheCacheOfTheLiteralWalk) {
+  // The batched walk and the in-place comparisons against one scan and one
+  // extracted candidate per element, from arbitrary caches.
+  std::mt19937 rng(17);
+  const char16_t* delims[] = {u"|", u"||", u"ab", u"a|a"};
+  const char16_t* finds[] = {u"", u"a", u"b", u"ab", u"A", u"#", u"b|", u"ba", u"aA"};
+  const int32_t cases[] = {vxCaseSensitive, vxCaseNotSensitive, 2, -1};
+  for (int round = 0; round < 300; ++round) {
+    const String delim = delims[round % 4];
+    const size_t n = round % 10 == 0 ? 3000 + rng() % 100 : rng() % 60;
+    const String text = RandomText(rng, n, u"ab|A");
+    auto fast_obj = std::make_shared<internal::DynamicStringImpl>();
+    auto slow_obj = std::make_shared<internal::DynamicStringImpl>();
+    fast_obj->SetValue(text);
+    slow_obj->SetValue(text);
+    internal::ObjectText fast(*fast_obj);
+    LiteralText slow(*slow_obj);
+    const int32_t count = internal::CountElements(slow, delim);
+    internal::CountElements(fast, delim);
+    for (int probe = 0; probe < 25; ++probe) {
+      const String find = finds[rng() % std::size(finds)];
+      const int32_t pos = int32_t(rng() % (count + 3));
+      const int32_t warm = int32_t(rng() % (count + 2)) - 1;
+      const int32_t type = int32_t(rng() % 9 == 0 ? 4 : rng() % 4);
+      const int32_t case_type = cases[rng() % 4];
+      SCOPED_TRACE(::testing::Message() << "round " << round << " find " << find << " pos " << pos
+                                        << " type " << type << " case " << case_type);
+      OnBoth(fast, slow, [&](auto& t) { return internal::Scan(t, delim, warm).Start; });
+      OnBoth(fast, slow, [&](auto& t) {
+        return internal::LocateElement(t, find, delim, pos, type, case_type);
+      });
+      ASSERT_EQ(fast_obj->scan(), slow_obj->scan());
+    }
+  }
+}
+
+TEST(ElementScan, SteppingWalkLeavesTheCacheOfTheLiteralWalk) {
+  // Walks 1, 2, 3, … on a root and on a view inside it, with edits and
+  // delimiter changes on the way: the matches collected ahead of a walk
+  // must be dropped whenever the text or the delimiter changes.
+  std::mt19937 rng(23);
+  const char16_t* delims[] = {u"|", u"||", u"ab"};
+  for (int round = 0; round < 120; ++round) {
+    const String text = RandomText(rng, round % 8 == 0 ? 2500 : 5 + rng() % 200, u"ab|");
+    auto fast_root = std::make_shared<internal::DynamicStringImpl>();
+    auto slow_root = std::make_shared<internal::DynamicStringImpl>();
+    fast_root->SetValue(u"<<" + text.ToU16() + u">>");
+    slow_root->SetValue(u"<<" + text.ToU16() + u">>");
+    // Odd rounds walk a view that starts inside the root's text.
+    const int32_t inner = fast_root->LengthB() - 8;
+    auto fast_obj = round % 2 ? fast_root->SubStringB(4, inner) : fast_root;
+    auto slow_obj = round % 2 ? slow_root->SubStringB(4, inner) : slow_root;
+    internal::ObjectText fast(*fast_obj);
+    LiteralText slow(*slow_obj);
+    String delim = delims[round % 3];
+    int32_t e = 0;
+    for (int step = 0; step < 400; ++step) {
+      SCOPED_TRACE(::testing::Message() << "round " << round << " step " << step << " e " << e);
+      const int what = int(rng() % 30);
+      if (what == 0) {
+        delim = delims[rng() % 3];  // the walk goes on with another delimiter
+      } else if (what == 1) {
+        OnBoth(fast, slow, [&](auto& t) {
+          internal::ReplaceElement(t, u"b|a", delim, e > 0 ? e : 1);
+          return 0;
+        });
+      } else if (what == 2) {
+        // An edit of the root, before the view, moves the view.
+        fast_root->InsertB(u"|", 0);
+        slow_root->InsertB(u"|", 0);
+      } else if (what == 3) {
+        e = 0;
+      } else if (what == 4) {
+        // An edit behind the cached element's delimiter keeps the cache and
+        // the walk in step; the text it will meet has changed.
+        const internal::ScanCache& c = slow_obj->scan();
+        const int32_t behind = c.ScanStart + c.ScanLength + 2 * c.ScanDelimiter.LenB();
+        if (!c.ScanAtEnd && behind <= slow_obj->LengthB()) {
+          fast_obj->InsertB(u"||b", behind);
+          slow_obj->InsertB(u"||b", behind);
+        }
+      }
+      ++e;
+      OnBoth(fast, slow, [&](auto& t) {
+        const internal::ElementSpan span = internal::ExtractElement(t, delim, e);
+        return span.Eof ? -1 : span.Start * 1000 + span.Length;
+      });
+      ASSERT_EQ(fast_obj->scan(), slow_obj->scan());
+      if (fast_obj->scan().ScanAtEnd && rng() % 2) e = 0;
+    }
+  }
+}
+
+TEST(ElementScan, FunctionsLocateElementMatchesTheResplitTwin) {
+  std::mt19937 rng(29);
+  const char16_t* delims[] = {u"|", u"||", u"ab"};
+  const char16_t* finds[] = {u"", u"a", u"b", u"ab", u"A", u"#", u"bA", u"Ab|"};
+  for (int round = 0; round < 3000; ++round) {
+    const std::u16string delim = delims[round % 3];
+    const std::u16string text = RandomText(rng, round % 50 == 0 ? 2000 : rng() % 40, u"ab|A");
+    const std::u16string find = finds[rng() % std::size(finds)];
+    const int32_t pos = int32_t(rng() % 6);
+    const int32_t type = int32_t(rng() % 4);
+    const int32_t case_type = int32_t(rng() % 2);
+    SCOPED_TRACE(::testing::Message() << String(text) << " find " << String(find) << " pos " << pos
+                                      << " type " << type << " case " << case_type);
+    ASSERT_EQ(Functions::LocateElement(text, find, delim, pos, vxMatchingEnum(type),
+                                       vxCaseEnum(case_type)),
+              testing::NaiveLocate(text, delim, find, pos, type, case_type));
   }
 }
 
