@@ -151,6 +151,17 @@ int32_t Functions::InsertSorted(String& ArrayValue, const String& Delimiter,
                                 vxJustificationEnum Justification, vxCaseEnum CaseType,
                                 vxDuplicatesEnum AllowDuplication) {
   return Trap(u"CRVLIB.Functions::InsertSorted"sv, [&] {
+    if (!ArrayValue.odd() && !Delimiter.odd() && !NewElement.odd() && &NewElement != &ArrayValue &&
+        &Delimiter != &ArrayValue) {
+      // The result goes back into ArrayValue, so the insertion is made
+      // there: one count pass (which lays the checkpoints the binary search
+      // probes), then one move of the text behind the new element. Every
+      // error comes before that edit, so a failed call leaves ArrayValue as
+      // it was.
+      PlainText t = PlainText::EditingInPlace(&ArrayValue);
+      return internal::InsertElementSorted(t, NewElement, Delimiter, SortOrder, Justification,
+                                           CaseType, AllowDuplication);
+    }
     return OnFreshArray(ArrayValue, {&Delimiter, &NewElement}, [&](auto& t) {
       const int32_t position = internal::InsertElementSorted(
           t, NewElement, Delimiter, SortOrder, Justification, CaseType, AllowDuplication);

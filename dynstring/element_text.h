@@ -119,6 +119,15 @@ class PlainText {
  public:
   // `value` must outlive this object and have an even byte length.
   explicit PlainText(const String& value) : source_(&value) { ResetScanCache(cache_, LengthB()); }
+  // A host whose edits go straight into `*value` (even byte length), for a
+  // routine that hands its result back in the caller's string: one edit
+  // moves the text behind it once, in the string's own storage when it has
+  // room.
+  static PlainText EditingInPlace(String* value) {
+    PlainText t(*value);
+    t.target_ = value;
+    return t;
+  }
 
   int32_t LengthB() const { return static_cast<int32_t>(Units().size() * 2); }
   bool Binary() const { return false; }
@@ -167,7 +176,8 @@ class PlainText {
   }
   void MarkBinary() {}
 
-  // The text; moves it out when this object made its own copy.
+  // The text; moves it out when this object made its own copy. (Editing in
+  // place, the text is the caller's string itself.)
   String TakeValue() { return owned_ ? String(std::move(text_)) : *source_; }
 
  private:
@@ -179,6 +189,7 @@ class PlainText {
             int32_t Length);
 
   const String* source_;
+  String* target_ = nullptr;  // edits go here, when set
   std::u16string text_;
   bool owned_ = false;
   ScanCache cache_;

@@ -361,6 +361,33 @@ TEST(ElementSort, InsertSortedMatchesTheLiteralBinarySearch) {
   }
 }
 
+TEST(ElementSort, InsertSortedEditsTheCallersStringInPlace) {
+  // The insertion goes into ArrayValue's own storage when it has room and
+  // into new storage otherwise; either way the literal result, and an
+  // argument that is ArrayValue itself is read before the edit.
+  std::mt19937 rng(31);
+  for (int round = 0; round < 2000; ++round) {
+    const int32_t order = int32_t(rng() % 2), dup = int32_t(rng() % 2);
+    std::u16string array = testing::NaiveSort(RandomArray(rng, u"|"), u"|", order, 0, 1);
+    const std::u16string value = RandomArray(rng, u";").substr(0, 3);
+    SCOPED_TRACE(::testing::Message() << String(array) << " + " << String(value));
+    std::u16string want = array;
+    const int32_t want_pos = testing::NaiveInsertSorted(want, u"|", value, order, 0, 1, dup);
+    String got = array;
+    if (round % 2) got.units().reserve(array.size() + 16);  // room for the element
+    ASSERT_EQ(Functions::InsertSorted(got, u"|", value, vxSortOrderEnum(order), vxLeftJustify,
+                                      vxCaseSensitive, vxDuplicatesEnum(dup)),
+              want_pos);
+    ASSERT_EQ(got, want);
+  }
+  String self = u"b|d";
+  EXPECT_EQ(Functions::InsertSorted(self, u"|", self), 2);
+  EXPECT_EQ(self, u"b|b|d|d");
+  String bar = u"|";
+  EXPECT_EQ(Functions::InsertSorted(bar, bar, u"a"), 3);
+  EXPECT_EQ(bar, u"||a");
+}
+
 TEST(ElementSort, InsertSortedOnALargeArrayProbesThroughCheckpoints) {
   std::u16string array;
   for (int i = 0; i < 20000; ++i) {
