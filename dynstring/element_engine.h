@@ -49,10 +49,11 @@ struct ScanAnswer {
 };
 
 // The sorted value of an array (SortElements' result), from its elements in
-// order; defined in element_sort.cpp. Returns false when the fast way cannot
-// promise the literal result (the caller then runs the literal insertion).
+// order (about count_hint of them); defined in element_sort.cpp. Returns
+// false when the fast way cannot promise the literal result (the caller
+// then runs the literal insertion).
 bool SortedJoin(std::u16string_view text, const UnitDelimiter& d, int32_t SortOrder,
-                int32_t Justification, int32_t CaseType, String* out);
+                int32_t Justification, int32_t CaseType, size_t count_hint, String* out);
 
 namespace element {
 
@@ -602,7 +603,7 @@ String SortedValue(Text& t, const String& Delimiter, int32_t SortOrder, int32_t 
   const int32_t n = CountElements(t, Delimiter);
   String out;
   if (t.UnitMode(Delimiter) && SortedJoin(t.Units(), UnitDelimiter(Delimiter.view()), SortOrder,
-                                          Justification, CaseType, &out)) {
+                                          Justification, CaseType, static_cast<size_t>(n), &out)) {
     return out;
   }
   // The literal insertion, for the cases the fast way does not cover.
