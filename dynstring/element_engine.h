@@ -20,6 +20,7 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include "core/checked.h"
 #include "core/error_frame.h"
@@ -54,6 +55,14 @@ struct ScanAnswer {
 // then runs the literal insertion).
 bool SortedJoin(std::u16string_view text, const UnitDelimiter& d, int32_t SortOrder,
                 int32_t Justification, int32_t CaseType, size_t count_hint, String* out);
+
+// The same for an array read in byte mode, from its elements as the literal
+// loop reads them (case types 0 to 2): the insertion is replayed probe by
+// probe on the list of elements, with the work object's byte-mode flag
+// followed step by step, since it decides whether comparisons widen their
+// bytes. O(n log² n).
+String SortedBytes(const std::vector<String>& elements, const String& Delimiter, int32_t SortOrder,
+                   int32_t Justification, int32_t CaseType);
 
 namespace element {
 
@@ -606,7 +615,14 @@ String SortedValue(Text& t, const String& Delimiter, int32_t SortOrder, int32_t 
                                           Justification, CaseType, static_cast<size_t>(n), &out)) {
     return out;
   }
-  // The literal insertion, for the cases the fast way does not cover.
+  if (CaseType >= 0 && CaseType <= 2) {
+    std::vector<String> elements;
+    elements.reserve(static_cast<size_t>(n));
+    for (int32_t i = 1; i <= n; ++i) elements.push_back(ElementText(t, Delimiter, i));
+    return SortedBytes(elements, Delimiter, SortOrder, Justification, CaseType);
+  }
+  // The literal insertion, for case types whose comparison raises: it
+  // raises at its first comparison, the second element's.
   auto work = std::make_shared<DynamicStringImpl>();
   ObjectText w(*work);
   for (int32_t i = 1; i <= n; ++i) {

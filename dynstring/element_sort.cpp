@@ -54,6 +54,7 @@
 #include "core/thread_state.h"
 #include "dynstring/element_engine.h"
 #include "platform/collation.h"
+#include "runtime/code_page.h"
 #include "runtime/number_parse.h"
 
 namespace crvlib::internal {
@@ -178,16 +179,23 @@ class RankedList {
 };
 
 // InsertElementSorted's placement, replayed: `list` holds element numbers in
-// array order and is not empty.
-void InsertReplayed(const Elements& e, RankedList& list, uint32_t x, bool descending) {
+// array order and is not empty; compare(a, b) is CompareElements of
+// elements a and b, empty(a) whether element a is "". Returns true when x
+// filled an empty last element instead of being inserted before or after.
+template <class Compare, class Empty>
+bool InsertReplayed(RankedList& list, uint32_t x, bool descending, Compare&& compare,
+                    Empty&& empty) {
   auto after = [&](int c) { return (descending ? -c : c) >= 0; };
   const size_t n = list.size();
-  int c = e.Compare(x, list.At(n - 1));
-  if (after(c)) return list.Insert(n, x);
+  int c = compare(x, list.At(n - 1));
+  if (after(c)) {
+    list.Insert(n, x);
+    return false;
+  }
   size_t lo = 1, hi = n, steps = 1, mid = 0;
   while (hi >= lo) {
     mid = (lo + hi) / 2;
-    c = e.Compare(x, list.At(mid - 1));
+    c = compare(x, list.At(mid - 1));
     if (after(c)) {
       lo = mid + 1;
     } else {
@@ -201,8 +209,18 @@ void InsertReplayed(const Elements& e, RankedList& list, uint32_t x, bool descen
   if (after(c)) ++mid;
   // InsertElement: position 1 prefixes; the position of an empty last
   // element is filled; beyond the end appends; otherwise it goes before.
-  if (mid >= 2 && mid == n && e.text[list.At(n - 1)].empty()) return list.Set(n - 1, x);
+  if (mid >= 2 && mid == n && empty(list.At(n - 1))) {
+    list.Set(n - 1, x);
+    return true;
+  }
   list.Insert(std::min(mid, n + 1) - 1, x);
+  return false;
+}
+
+void InsertReplayed(const Elements& e, RankedList& list, uint32_t x, bool descending) {
+  InsertReplayed(
+      list, x, descending, [&](uint32_t a, uint32_t b) { return e.Compare(a, b); },
+      [&](uint32_t a) { return e.text[a].empty(); });
 }
 
 // The elements in `order`, joined by `d`. They lie scattered over the text
@@ -440,6 +458,65 @@ bool SortedJoin(std::u16string_view text, const UnitDelimiter& d, int32_t SortOr
   StableSort(e, order, descending);
   *out = Join(e, order, d.units());
   return true;
+}
+
+String SortedBytes(const std::vector<String>& elements, const String& Delimiter, int32_t SortOrder,
+                   int32_t Justification, int32_t CaseType) {
+  const bool descending = SortOrder != vxAscending;
+  const bool odd_delimiter = Delimiter.odd();
+  // The work object's byte-mode flag and byte length, as the literal steps
+  // would leave them.
+  bool binary = false;
+  int64_t length = 0;
+  std::vector<String> wide(elements.size());
+  std::vector<uint8_t> widened(elements.size(), 0);
+  auto wide_of = [&](uint32_t i) -> const String& {
+    if (!widened[i]) {
+      wide[i] = StrConvUnicode(elements[i]);
+      widened[i] = 1;
+    }
+    return wide[i];
+  };
+  // CompareElements in the work object's mode: in byte mode both sides
+  // widened byte by byte (made once per element here).
+  auto compare = [&](uint32_t a, uint32_t b) -> int {
+    if (!binary)
+      return CompareElementValues(elements[a], elements[b], Justification, CaseType, false);
+    return CompareElementValues(wide_of(a), wide_of(b), Justification, CaseType, false);
+  };
+  auto empty = [&](uint32_t a) { return elements[a].LenB() == 0; };
+
+  RankedList list;
+  for (uint32_t i = 0; i < elements.size(); ++i) {
+    const int32_t size = elements[i].LenB();
+    if (length == 0) {
+      // Value = the element (an odd length puts the object in byte mode);
+      // an empty one leaves the array empty.
+      binary = binary || (size & 1) != 0;
+      if (size > 0) list.Insert(0, i);
+      length = size;
+      continue;
+    }
+    // The count's first search with an odd delimiter puts the object in byte
+    // mode, unless the text is too short for it to look at all.
+    if (odd_delimiter && length >= Delimiter.LenB()) binary = true;
+    const bool filled = InsertReplayed(list, i, descending, compare, empty);
+    // The edit: the element, and the delimiter unless it filled an empty
+    // last element; odd lengths put the object in byte mode.
+    binary = binary || (size & 1) != 0 || (!filled && odd_delimiter);
+    length += size + (filled ? 0 : Delimiter.LenB());
+  }
+
+  std::string bytes;
+  bytes.reserve(static_cast<size_t>(length));
+  bool first = true;
+  list.ForEach([&](uint32_t v) {
+    if (!first)
+      bytes.append(reinterpret_cast<const char*>(Delimiter.bytes()), size_t(Delimiter.LenB()));
+    first = false;
+    bytes.append(reinterpret_cast<const char*>(elements[v].bytes()), size_t(elements[v].LenB()));
+  });
+  return String::FromBytes(bytes.data(), bytes.size());
 }
 
 }  // namespace crvlib::internal

@@ -349,6 +349,68 @@ TEST(ElementSort, SelfOverlappingDelimitersMatchTheLiteralInsertionSort) {
   }
 }
 
+// SortElements by its definition, on objects: the elements read one by one
+// from `source` and inserted into a fresh work object.
+String LiteralSort(internal::DynamicStringImpl& source, const String& delim, const SortCase& m) {
+  internal::ObjectText t(source);
+  auto work = std::make_shared<internal::DynamicStringImpl>();
+  internal::ObjectText w(*work);
+  const int32_t n = internal::CountElements(t, delim);
+  for (int32_t i = 1; i <= n; ++i) {
+    internal::InsertElementSorted(w, internal::ElementText(t, delim, i), delim, m.order,
+                                  m.justification, m.case_type, vxAllowDuplicates);
+  }
+  return work->Value();
+}
+
+TEST(ElementSort, ByteModeSortsMatchTheLiteralInsertionSort) {
+  // Odd byte lengths, odd delimiters, a family in byte mode and a view at an
+  // odd offset. The work object's byte-mode flag decides whether its
+  // comparisons widen their bytes, so the replay has to follow it.
+  std::mt19937 rng(41);
+  const std::string delims[] = {"|", std::string("|\0", 2), "a|", std::string("|\0a", 3)};
+  const SortCase kModes[] = {{0, 0, 1}, {1, 0, 1}, {0, 0, 0}, {1, 0, 0}, {0, 1, 1}, {1, 1, 0}};
+  const char kBytes[] = {'a', 'b', '|', '\0', 'A', '1', '9', '\xe9'};
+  for (int round = 0; round < 4000; ++round) {
+    const String delim = String::FromBytes(delims[round % 4].data(), delims[round % 4].size());
+    const SortCase& m = kModes[(round / 4) % std::size(kModes)];
+    std::string bytes(rng() % 30, 'a');
+    for (char& c : bytes) c = kBytes[rng() % std::size(kBytes)];
+    const String value = String::FromBytes(bytes.data(), bytes.size());
+    const int kind = (round / 24) % 3;
+    SCOPED_TRACE(::testing::Message() << "round " << round << " kind " << kind << " bytes "
+                                      << ::testing::PrintToString(bytes));
+    auto literal_root = std::make_shared<internal::DynamicStringImpl>();
+    auto fast_root = std::make_shared<internal::DynamicStringImpl>();
+    literal_root->SetValue(value);
+    fast_root->SetValue(value);
+    if (kind == 0) {
+      // Functions: a fresh object holding the caller's string.
+      ASSERT_EQ(
+          Functions::SortElements(value, delim, vxSortOrderEnum(m.order),
+                                  vxJustificationEnum(m.justification), vxCaseEnum(m.case_type)),
+          LiteralSort(*literal_root, delim, m));
+      continue;
+    }
+    DynamicString fast(fast_root);
+    std::shared_ptr<internal::DynamicStringImpl> literal = literal_root;
+    if (kind == 1) {
+      literal_root->SetBinary(true);
+      fast.SetBinary(true);
+    } else if (value.LenB() > 1) {
+      literal = literal_root->SubStringB(1, value.LenB() - 1);
+      fast = fast.SubStringB(1, value.LenB() - 1);
+    }
+    const String want = LiteralSort(*literal, delim, m);
+    fast.SortElements(delim, vxSortOrderEnum(m.order), vxJustificationEnum(m.justification),
+                      vxCaseEnum(m.case_type));
+    literal->SetValue(want);
+    ASSERT_EQ(fast.Value(), literal->Value());
+    ASSERT_EQ(fast_root->Value(), literal_root->Value());
+    ASSERT_EQ(fast_root->Binary(), literal_root->Binary());
+  }
+}
+
 TEST(ElementSort, LargeMixedNumericSortsReplayTheLiteralProbes) {
   // Numbers and text mixed under right justification: the comparison has
   // cycles, so only a probe-by-probe replay gives the literal result.
