@@ -209,6 +209,25 @@ size_t CollectMatches(std::u16string_view text, size_t from, const UnitDelimiter
   return k;
 }
 
+std::u16string ReplaceMatches(std::u16string_view text, const UnitDelimiter& d,
+                              std::u16string_view replacement) {
+  // Count first, so the result is allocated once at its size.
+  const size_t matches = static_cast<size_t>(SkipDelimiters(text, 0, INT64_MAX, d).found);
+  std::u16string out;
+  out.reserve(text.size() - matches * d.size() + matches * replacement.size());
+  constexpr size_t kBatch = 256;
+  size_t ends[kBatch];
+  size_t start = 0;
+  for (size_t k; (k = CollectMatches(text, start, d, ends, kBatch)) != 0;) {
+    for (size_t j = 0; j < k; ++j) {
+      out.append(text.substr(start, ends[j] - start)).append(replacement);
+      start = ends[j] + d.size();
+    }
+  }
+  out.append(text.substr(start));
+  return out;
+}
+
 size_t MatchIndex::Match(std::u16string_view text, const UnitDelimiter& d, int64_t k) const {
   auto it = std::partition_point(entries_.begin(), entries_.end(),
                                  [k](const Entry& e) { return e.before < k; });

@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -61,6 +62,29 @@ size_t FindDelimiter(std::u16string_view text, size_t from, const UnitDelimiter&
 // behind the last match until the answer is 0.
 size_t CollectMatches(std::u16string_view text, size_t from, const UnitDelimiter& d, size_t* out,
                       size_t cap);
+
+// `text` with every match of `d` (left to right, never overlapping)
+// replaced by `replacement`: what ChangeAll makes of a whole text, since it
+// searches on behind each replacement and never inside it.
+//   ReplaceMatches(u"a||b|c", UnitDelimiter(u"|"), u";;") == u"a;;;;b;;c"
+std::u16string ReplaceMatches(std::u16string_view text, const UnitDelimiter& d,
+                              std::u16string_view replacement);
+
+// The elements of `text` split at `d`, handed to `add` as views in order
+// ("" gives one empty element; callers for which it has none check first).
+template <class Add>
+void ForEachElement(std::u16string_view text, const UnitDelimiter& d, Add&& add) {
+  constexpr size_t kBatch = 256;
+  size_t ends[kBatch];
+  size_t start = 0;
+  for (size_t k; (k = CollectMatches(text, start, d, ends, kBatch)) != 0;) {
+    for (size_t j = 0; j < k; ++j) {
+      add(text.substr(start, ends[j] - start));
+      start = ends[j] + d.size();
+    }
+  }
+  add(text.substr(start));
+}
 
 // The matches a walk by single elements will meet next, collected in
 // batches: match[next] is the first match at or after `from` and the others

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "crvlib/dll_routines.h"
 #include "crvlib/dynamic_string.h"
 #include "crvlib/error.h"
 #include "crvlib/functions.h"
@@ -272,6 +273,44 @@ TEST(ElementScan, FunctionsLocateElementMatchesTheResplitTwin) {
     ASSERT_EQ(Functions::LocateElement(text, find, delim, pos, vxMatchingEnum(type),
                                        vxCaseEnum(case_type)),
               testing::NaiveLocate(text, delim, find, pos, type, case_type));
+  }
+}
+
+TEST(ElementConversions, OnePassConversionsMatchTheirDefinitions) {
+  // ChangeDelimiter is ChangeAll on a fresh object; DynArrayToArray takes
+  // the elements one by one (base 1) or the runtime's Split; ArrayToDynArray
+  // appends each item as the last element.
+  std::mt19937 rng(43);
+  const char16_t* olds[] = {u"|", u"||", u"ab", u"a|a", u"b"};
+  const char16_t* news[] = {u";", u"", u"||", u"|", u"ab|ab", u"b"};
+  for (int round = 0; round < 3000; ++round) {
+    const String text = RandomText(rng, round % 100 == 0 ? 3000 : rng() % 40, u"ab|");
+    const String old_delim = olds[rng() % std::size(olds)];
+    const String new_delim = news[rng() % std::size(news)];
+    SCOPED_TRACE(::testing::Message() << text << " " << old_delim << " -> " << new_delim);
+    DynamicString d;
+    d.SetValue(text);
+    d.ChangeAll(old_delim, new_delim, vxCaseSensitive);
+    ASSERT_EQ(Functions::ChangeDelimiter(text, old_delim, new_delim), d.Value());
+    String in_place = text;
+    ASSERT_EQ(DLLRoutines::CRVChangeDelimiter(in_place, old_delim, new_delim), -1);
+    ASSERT_EQ(in_place, d.Value());
+
+    if (text.LenB() == 0) continue;
+    d.SetValue(text);
+    StringArray want{1, {}};
+    const int32_t n = d.CountElements(old_delim);
+    for (int32_t i = 1; i <= n; ++i) want.items.push_back(d.ExtractElement(old_delim, i).Value());
+    StringArray got;
+    ASSERT_EQ(Functions::DynArrayToArray(text, old_delim, got, vxOneBased), n);
+    ASSERT_EQ(got, want);
+    want.lbound = 0;
+    ASSERT_EQ(Functions::DynArrayToArray(text, old_delim, got, vxZeroBased), n);
+    ASSERT_EQ(got, want);
+
+    DynamicString joined;
+    for (const String& item : want.items) joined.InsertElement(item, new_delim, -1);
+    ASSERT_EQ(Functions::ArrayToDynArray(want, new_delim), joined.Value());
   }
 }
 
