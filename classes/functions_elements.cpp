@@ -43,9 +43,16 @@ decltype(auto) OnFreshArray(const String& ArrayValue, std::initializer_list<cons
   return fn(t);
 }
 
-// The runtime's Split: zero-based, at every occurrence of Delimiter.
+// The runtime's Split: zero-based, at every occurrence of Delimiter. It
+// works on characters, so a lone trailing byte is not looked at, and a
+// delimiter of no whole character (one byte) gives the whole string as the
+// only item, as Split does for "".
 StringArray Split(const String& Value, const String& Delimiter, size_t count) {
   StringArray out;
+  if (Delimiter.view().empty()) {
+    out.items.emplace_back(Value.view());
+    return out;
+  }
   out.items.reserve(count);
   internal::ForEachElement(Value.view(), internal::UnitDelimiter(Delimiter.view()),
                            [&](std::u16string_view item) { out.items.emplace_back(item); });
