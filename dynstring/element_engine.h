@@ -504,6 +504,34 @@ int32_t LocateOnwards(Text& t, const String& Delimiter, const ElementMatch& matc
   return match(text.substr(start)) ? e : 0;
 }
 
+// LocateOnwards in binary mode for a delimiter whose occurrences cannot
+// overlap: the places where a matching element can only be are searched
+// for (LocateAnchored) instead of every element being looked at. The cache
+// ends as the one-step walk leaves it.
+template <class Text>
+int32_t LocateSearching(Text& t, const UnitDelimiter& d, std::u16string_view find,
+                        int32_t MatchType) {
+  ScanCache& s = t.Cache();
+  const std::u16string_view text = t.Units();
+  const size_t from = (static_cast<size_t>(s.ScanStart) + s.ScanLength) / 2 + d.size();
+  const AnchoredHit hit = LocateAnchored(text, from, d, find, MatchType);
+  const int32_t e = static_cast<int32_t>(s.ScanElement + 1 + hit.skipped);
+  if (hit.prev_start != kNoMatch) {
+    s.ScanPrevElement = e - 1;
+    s.ScanPrevStart = static_cast<int32_t>(hit.prev_start * 2);
+    s.ScanPrevLength = static_cast<int32_t>((hit.start - d.size() - hit.prev_start) * 2);
+  } else {
+    s.ScanPrevElement = s.ScanElement;
+    s.ScanPrevStart = s.ScanStart;
+    s.ScanPrevLength = s.ScanLength;
+  }
+  s.ScanElement = e;
+  s.ScanStart = static_cast<int32_t>(hit.start * 2);
+  s.ScanLength = static_cast<int32_t>((hit.end - hit.start) * 2);
+  s.ScanAtEnd = hit.last;
+  return hit.found ? e : 0;
+}
+
 }  // namespace element
 
 template <class Text>
@@ -532,8 +560,13 @@ int32_t LocateElement(Text& t, const String& FindValue, const String& Delimiter,
         return e;
       }
       const ScanCache& s = t.Cache();
-      if (s.ScanElement == e && !s.ScanAtEnd) return element::LocateOnwards(t, Delimiter, match);
-      continue;
+      if (s.ScanElement != e || s.ScanAtEnd) continue;
+      const UnitDelimiter d(Delimiter.view());
+      const size_t f = FindValue.view().size();
+      if (CaseType == vxCaseSensitive && !d.overlapping() && d.size() <= 2 && f > 0) {
+        return element::LocateSearching(t, d, FindValue.view(), MatchType);
+      }
+      return element::LocateOnwards(t, Delimiter, match);
     }
     int32_t s = a.Start;
     int32_t l = a.Length;

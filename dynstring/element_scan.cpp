@@ -228,6 +228,89 @@ std::u16string ReplaceMatches(std::u16string_view text, const UnitDelimiter& d,
   return out;
 }
 
+AnchoredHit LocateAnchored(std::u16string_view text, size_t from, const UnitDelimiter& d,
+                           std::u16string_view find, int32_t match_type) {
+  const size_t m = d.size();
+  const size_t n = find.size();
+  const size_t size = text.size();
+  auto delimiter_at = [&](size_t p) { return p + m <= size && text.substr(p, m) == d.units(); };
+  // The first occurrence of the delimiter at or after p, or the end.
+  auto next_match = [&](size_t p) {
+    const size_t r = FindDelimiter(text, p, d);
+    return r == kNoMatch ? size : r;
+  };
+  // Settles on the element starting at `start`, with the matches from
+  // `from` up to it.
+  auto settle = [&](size_t start, const SkipResult& before, bool found) {
+    AnchoredHit hit;
+    hit.found = found;
+    hit.start = start;
+    const size_t r = FindDelimiter(text, start, d);
+    hit.last = r == kNoMatch;
+    hit.end = hit.last ? size : r;
+    hit.skipped = before.found;
+    if (before.found == 1) hit.prev_start = from;
+    if (before.found >= 2) hit.prev_start = before.before_last + m;
+    return hit;
+  };
+  auto settle_found = [&](size_t start) {
+    return settle(start, SkipDelimiters(text.substr(0, start), from, INT64_MAX, d), true);
+  };
+  // The start of the element holding position q, which lies in no match.
+  auto start_of = [&](size_t q) {
+    for (size_t r = q; r >= from + m; --r) {
+      if (delimiter_at(r - m)) return r;
+    }
+    return from;
+  };
+
+  if (match_type == 0 || match_type == 1) {
+    // Elements start behind a match: the delimiter's last unit, then find's
+    // first. The element at `from` itself is found the same way.
+    const char16_t pair[2] = {d.units()[m - 1], find[0]};
+    const UnitDelimiter anchor(std::u16string_view(pair, 2));
+    for (size_t p = FindDelimiter(text, from - 1, anchor); p != kNoMatch;
+         p = FindDelimiter(text, p + 1, anchor)) {
+      const size_t q = p + 1;
+      if (q != from && (q < from + m || !delimiter_at(q - m))) continue;
+      const size_t end = next_match(q);
+      const bool fits = match_type == 0 ? end - q == n : end - q >= n;
+      if (fits && text.substr(q, n) == find) return settle_found(q);
+    }
+  } else if (match_type == 2) {
+    // Elements end before a match: find's last unit, then the delimiter's
+    // first; the last element ends at the end instead.
+    const char16_t pair[2] = {find[n - 1], d.units()[0]};
+    const UnitDelimiter anchor(std::u16string_view(pair, 2));
+    for (size_t p = from + n > 0 ? FindDelimiter(text, from + n - 1, anchor) : kNoMatch;
+         p != kNoMatch; p = FindDelimiter(text, p + 1, anchor)) {
+      const size_t end = p + 1;
+      const size_t q = end - n;
+      if (!delimiter_at(end) || text.substr(q, n) != find) continue;
+      // No match may start inside the candidate (nor cover its first unit).
+      if (next_match(q >= from + m - 1 ? q - (m - 1) : from) != end) continue;
+      return settle_found(start_of(q));
+    }
+  } else {
+    // Find's first two units (its only one), then the whole of it lying
+    // inside one element.
+    const UnitDelimiter anchor(find.substr(0, 2));
+    for (size_t p = FindDelimiter(text, from, anchor); p != kNoMatch;
+         p = FindDelimiter(text, p + 1, anchor)) {
+      if (text.substr(p, n) != find) continue;
+      if (next_match(p >= from + m - 1 ? p - (m - 1) : from) < p + n) continue;
+      return settle_found(start_of(p));
+    }
+  }
+  // No element before the last one matched: settle on the last, which may
+  // still end with find.
+  const SkipResult all = SkipDelimiters(text, from, INT64_MAX, d);
+  const size_t last_start = all.found > 0 ? all.last + m : from;
+  AnchoredHit hit = settle(last_start, all, false);
+  if (match_type == 2 && size - last_start >= n && text.substr(size - n) == find) hit.found = true;
+  return hit;
+}
+
 size_t MatchIndex::Match(std::u16string_view text, const UnitDelimiter& d, int64_t k) const {
   auto it = std::partition_point(entries_.begin(), entries_.end(),
                                  [k](const Entry& e) { return e.before < k; });

@@ -86,6 +86,30 @@ void ForEachElement(std::u16string_view text, const UnitDelimiter& d, Add&& add)
   add(text.substr(start));
 }
 
+// Where LocateElement's search ends, for LocateAnchored.
+struct AnchoredHit {
+  bool found = false;   // else the fields describe the last element
+  bool last = false;    // no match follows the element
+  int64_t skipped = 0;  // elements before it, from the one at `from` on
+  size_t start = 0;     // the element [start, end)
+  size_t end = 0;
+  size_t prev_start = kNoMatch;  // the element before it, when that one starts at or
+                                 // after `from` (it ends a delimiter before `start`)
+};
+
+// LocateElement's search in binary mode from the element that starts at
+// `from` (just behind a match) on, for a delimiter whose occurrences cannot
+// overlap (one unit, or two different ones), so that every occurrence is a
+// match: the first element equal to `find` (match type 0), beginning with
+// it (1), ending with it (2) or holding it (3). Instead of looking at every
+// element it searches for the two units where such an element can only be
+// (the delimiter's last unit and find's first for types 0 and 1, find's
+// last and the delimiter's first for 2, find's first two for 3) and checks
+// those places; the element's number and its neighbour then come from
+// counting the matches before it, or before the end. `find` is not empty.
+AnchoredHit LocateAnchored(std::u16string_view text, size_t from, const UnitDelimiter& d,
+                           std::u16string_view find, int32_t match_type);
+
 // The matches a walk by single elements will meet next, collected in
 // batches: match[next] is the first match at or after `from` and the others
 // follow in order, up to count. A step whose search starts at `from` takes
