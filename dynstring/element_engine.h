@@ -8,9 +8,11 @@
 // later one continues from the cache, an earlier one starts again from the
 // first element, and the cache is left as that loop leaves it. Only the speed
 // differs: while the text is searched by code units, runs of elements are
-// skipped by counting delimiters (element_scan.h), and once checkpoints
-// exist a far element is reached from the nearest one instead of from the
-// start; the cache fields end up the same either way.
+// skipped by counting delimiters (element_scan.h), once checkpoints exist a
+// far element is reached from the nearest one instead of from the start, a
+// walk by single steps takes its matches from batches collected ahead, and
+// LocateElement tests elements in place, in bulk, or (binary mode) only
+// where a match can be; the cache fields end up the same either way.
 //
 // The quirks that follow from the cache and from the edit rules are kept on
 // purpose; each is noted where it arises.

@@ -4,7 +4,8 @@
 // A dynamic string array splits its text at a delimiter matched exactly,
 // left to right, never overlapping: after a match the search resumes behind
 // it. These routines find one match, skip a number of matches (counting them
-// at memory speed for the common delimiters), and keep an optional index of
+// at memory speed for the common delimiters), collect matches in batches
+// for walks that visit every element, and keep an optional index of
 // checkpoints so that the k-th match can be found again without rescanning
 // from the start.
 //
