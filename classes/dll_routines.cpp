@@ -5,8 +5,12 @@
 // when no statement failed, 0 otherwise. No error leaves a wrapper.
 #include "crvlib/dll_routines.h"
 
+#include <algorithm>
+#include <cstdint>
+
 #include "core/error_frame.h"
 #include "crvlib/dynamic_string.h"
+#include "dynstring/element_scan.h"
 
 namespace crvlib {
 namespace {
@@ -22,6 +26,21 @@ int32_t Status(const ResumeNext& err) {
 int32_t DLLRoutines::CRVChangeDelimiter(String& ArrayValue, const String& OldDelimiter,
                                         const String& NewDelimiter) {
   ResumeNext err;
+  const int64_t most =
+      OldDelimiter.LenB() == 0
+          ? INT64_MAX
+          : int64_t{ArrayValue.LenB()} + int64_t{ArrayValue.LenB()} / OldDelimiter.LenB() *
+                                             std::max(0, NewDelimiter.LenB() - OldDelimiter.LenB());
+  if (!ArrayValue.odd() && !OldDelimiter.odd() && !NewDelimiter.odd() &&
+      most <= String::kMaxBytes) {
+    // ChangeAll of a whole text over code units in one pass (see
+    // Functions.ChangeDelimiter); it cannot fail but for memory.
+    err([&] {
+      ArrayValue = String(internal::ReplaceMatches(
+          ArrayValue.view(), internal::UnitDelimiter(OldDelimiter.view()), NewDelimiter.view()));
+    });
+    return Status(err);
+  }
   DynamicString d;
   err([&] { d.SetValue(ArrayValue); });
   // Unlike Functions.ChangeDelimiter, an empty OldDelimiter reaches ChangeAll

@@ -7,8 +7,10 @@
 // gives the same answers, since a fresh object's scan cache and edits start
 // from nothing. Strings with an odd byte length put an object into byte mode,
 // which PlainText does not model, so those calls run on a real object.
+#include <algorithm>
 #include <initializer_list>
 #include <memory>
+#include <type_traits>
 
 #include "core/checked.h"
 #include "core/error_frame.h"
@@ -41,18 +43,19 @@ decltype(auto) OnFreshArray(const String& ArrayValue, std::initializer_list<cons
   return fn(t);
 }
 
-// The runtime's Split: zero-based, at every occurrence of Delimiter.
-StringArray Split(const String& Value, const String& Delimiter) {
+// The runtime's Split: zero-based, at every occurrence of Delimiter. It
+// works on characters, so a lone trailing byte is not looked at, and a
+// delimiter of no whole character (one byte) gives the whole string as the
+// only item, as Split does for "".
+StringArray Split(const String& Value, const String& Delimiter, size_t count) {
   StringArray out;
-  const std::u16string_view text = Value.view();
-  const internal::UnitDelimiter d(Delimiter.view());
-  size_t start = 0;
-  for (size_t r = internal::FindDelimiter(text, 0, d); r != internal::kNoMatch;
-       r = internal::FindDelimiter(text, start, d)) {
-    out.items.emplace_back(text.substr(start, r - start));
-    start = r + d.size();
+  if (Delimiter.view().empty()) {
+    out.items.emplace_back(Value.view());
+    return out;
   }
-  out.items.emplace_back(text.substr(start));
+  out.items.reserve(count);
+  internal::ForEachElement(Value.view(), internal::UnitDelimiter(Delimiter.view()),
+                           [&](std::u16string_view item) { out.items.emplace_back(item); });
   return out;
 }
 
@@ -119,6 +122,19 @@ String Functions::ChangeDelimiter(const String& ArrayValue, const String& OldDel
   return Trap(u"CRVLIB.Functions::ChangeDelimiter"sv, [&] {
     // ChangeAll would refuse an empty OldDelimiter; the routine never asks it.
     if (OldDelimiter.LenB() == 0) return ArrayValue;
+    // ChangeAll on a fresh object replaces the matches of a left-to-right
+    // search that goes on behind each replacement: over whole code units,
+    // one pass into a result of its final size. Odd byte lengths, and
+    // results that might pass the string limit (ChangeAll raises 6 then),
+    // take the object.
+    const int64_t most =
+        int64_t{ArrayValue.LenB()} + int64_t{ArrayValue.LenB()} / OldDelimiter.LenB() *
+                                         std::max(0, NewDelimiter.LenB() - OldDelimiter.LenB());
+    if (!ArrayValue.odd() && !OldDelimiter.odd() && !NewDelimiter.odd() &&
+        most <= String::kMaxBytes) {
+      return String(internal::ReplaceMatches(
+          ArrayValue.view(), internal::UnitDelimiter(OldDelimiter.view()), NewDelimiter.view()));
+    }
     DynamicString d;
     d.SetValue(ArrayValue);
     d.ChangeAll(OldDelimiter, NewDelimiter, vxCaseSensitive);
@@ -151,6 +167,17 @@ int32_t Functions::InsertSorted(String& ArrayValue, const String& Delimiter,
                                 vxJustificationEnum Justification, vxCaseEnum CaseType,
                                 vxDuplicatesEnum AllowDuplication) {
   return Trap(u"CRVLIB.Functions::InsertSorted"sv, [&] {
+    if (!ArrayValue.odd() && !Delimiter.odd() && !NewElement.odd() && &NewElement != &ArrayValue &&
+        &Delimiter != &ArrayValue) {
+      // The result goes back into ArrayValue, so the insertion is made
+      // there: one count pass (which lays the checkpoints the binary search
+      // probes), then one move of the text behind the new element. Every
+      // error comes before that edit, so a failed call leaves ArrayValue as
+      // it was.
+      PlainText t = PlainText::EditingInPlace(&ArrayValue);
+      return internal::InsertElementSorted(t, NewElement, Delimiter, SortOrder, Justification,
+                                           CaseType, AllowDuplication);
+    }
     return OnFreshArray(ArrayValue, {&Delimiter, &NewElement}, [&](auto& t) {
       const int32_t position = internal::InsertElementSorted(
           t, NewElement, Delimiter, SortOrder, Justification, CaseType, AllowDuplication);
@@ -184,12 +211,19 @@ int32_t Functions::DynArrayToArray(const String& ArrayValue, const String& Delim
       if (ArrayBase == vxOneBased) {
         result.lbound = 1;
         result.items.reserve(static_cast<size_t>(n));
-        for (int32_t i = 1; i <= n; ++i) {
-          result.items.push_back(internal::ElementText(t, Delimiter, i));
+        if constexpr (std::is_same_v<std::decay_t<decltype(t)>, PlainText>) {
+          // Whole code units: the elements are the split, taken in one pass.
+          internal::ForEachElement(
+              t.Units(), internal::UnitDelimiter(Delimiter.view()),
+              [&](std::u16string_view item) { result.items.emplace_back(item); });
+        } else {
+          for (int32_t i = 1; i <= n; ++i) {
+            result.items.push_back(internal::ElementText(t, Delimiter, i));
+          }
         }
       } else {
         // Any other base takes the runtime's Split, which is zero-based.
-        result = Split(ArrayValue, Delimiter);
+        result = Split(ArrayValue, Delimiter, static_cast<size_t>(n));
       }
       NewArray = std::move(result);
       return n;
@@ -201,19 +235,29 @@ String Functions::ArrayToDynArray(const StringArray& ArrayValue, const String& D
   return Trap(u"CRVLIB.Functions::ArrayToDynArray"sv, [&] {
     bool whole = !Delimiter.odd();
     for (const String& item : ArrayValue.items) whole = whole && !item.odd();
-    auto append_all = [&](auto& t) {
-      // Appending to an empty value sets it, so leading empty items vanish.
-      for (const String& item : ArrayValue.items) internal::InsertElement(t, item, Delimiter, -1);
-      return t.TakeValue();
-    };
     if (whole) {
-      const String empty;
-      PlainText t(empty);
-      return append_all(t);
+      // Appending to an empty value sets it, so leading empty items vanish;
+      // every later item comes behind a delimiter. The length is known
+      // first, so the text is allocated once (and a text beyond the string
+      // limit fails with 6, as its append would).
+      int64_t total = 0;
+      for (const String& item : ArrayValue.items) {
+        if (total > 0) total += Delimiter.LenB();
+        total += item.LenB();
+      }
+      if (total > String::kMaxBytes) internal::Raise(internal::kOverflow);
+      std::u16string out;
+      out.reserve(static_cast<size_t>(total / 2));
+      for (const String& item : ArrayValue.items) {
+        if (!out.empty()) out.append(Delimiter.view());
+        out.append(item.view());
+      }
+      return String(std::move(out));
     }
     auto object = std::make_shared<internal::DynamicStringImpl>();
     ObjectText t(*object);
-    return append_all(t);
+    for (const String& item : ArrayValue.items) internal::InsertElement(t, item, Delimiter, -1);
+    return t.TakeValue();
   });
 }
 

@@ -13,6 +13,7 @@
 #include <cmath>
 #include <system_error>
 
+#include "core/utf8.h"
 #include "crvlib/string.h"
 
 namespace crvlib::cli {
@@ -324,24 +325,6 @@ void AppendEscape(std::string& out, unsigned unit) {
   for (int shift = 12; shift >= 0; shift -= 4) out.push_back(kHex[(unit >> shift) & 0xF]);
 }
 
-void AppendUtf8(std::string& out, char32_t cp) {
-  if (cp < 0x80) {
-    out.push_back(static_cast<char>(cp));
-  } else if (cp < 0x800) {
-    out.push_back(static_cast<char>(0xC0 | (cp >> 6)));
-    out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-  } else if (cp < 0x10000) {
-    out.push_back(static_cast<char>(0xE0 | (cp >> 12)));
-    out.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-    out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-  } else {
-    out.push_back(static_cast<char>(0xF0 | (cp >> 18)));
-    out.push_back(static_cast<char>(0x80 | ((cp >> 12) & 0x3F)));
-    out.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-    out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-  }
-}
-
 }  // namespace
 
 std::optional<Json> ParseJson(std::string_view text, std::string* error) {
@@ -379,12 +362,12 @@ void AppendJsonString(std::string& out, std::u16string_view s, bool ascii_only) 
       AppendEscape(out, u);
     } else if (u >= 0xD800 && u <= 0xDBFF && i + 1 < s.size() && s[i + 1] >= 0xDC00 &&
                s[i + 1] <= 0xDFFF) {
-      AppendUtf8(out, 0x10000 + ((char32_t{u} - 0xD800) << 10) + (s[i + 1] - 0xDC00));
+      internal::AppendUtf8(out, 0x10000 + ((char32_t{u} - 0xD800) << 10) + (s[i + 1] - 0xDC00));
       ++i;
     } else if (u >= 0xD800 && u <= 0xDFFF) {
       AppendEscape(out, u);  // unpaired: UTF-8 has no form for it
     } else {
-      AppendUtf8(out, u);
+      internal::AppendUtf8(out, u);
     }
   }
   out.push_back('"');

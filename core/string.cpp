@@ -4,6 +4,8 @@
 #include <cstring>
 #include <ostream>
 
+#include "core/utf8.h"
+
 namespace crvlib {
 
 String String::FromUtf8(std::string_view utf8) {
@@ -67,25 +69,13 @@ std::string String::ToUtf8() const {
     } else if (cp >= 0xD800 && cp <= 0xDFFF) {
       cp = 0xFFFD;
     }
-    if (cp < 0x80) {
-      out.push_back(static_cast<char>(cp));
-    } else if (cp < 0x800) {
-      out.push_back(static_cast<char>(0xC0 | (cp >> 6)));
-      out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-    } else if (cp < 0x10000) {
-      out.push_back(static_cast<char>(0xE0 | (cp >> 12)));
-      out.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-      out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-    } else {
-      out.push_back(static_cast<char>(0xF0 | (cp >> 18)));
-      out.push_back(static_cast<char>(0x80 | ((cp >> 12) & 0x3F)));
-      out.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-      out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-    }
+    internal::AppendUtf8(out, cp);
   }
   return out;
 }
 
-std::ostream& operator<<(std::ostream& out, const String& s) { return out << s.ToUtf8(); }
+std::ostream& operator<<(std::ostream& out, const String& s) {
+  return out << s.ToUtf8();
+}
 
 }  // namespace crvlib

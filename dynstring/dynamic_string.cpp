@@ -73,17 +73,19 @@ void DynamicStringImpl::CheckCharacterMode(const char16_t* member) {
   if (Buffer().Binary()) Raise(kOverflow, member);
 }
 
-int32_t DynamicStringImpl::AbsoluteStartB() const {
-  int32_t start = 0;
-  for (const DynamicStringImpl* v = this; v != nullptr; v = v->Parent_.get()) {
-    start = CheckedAdd(start, v->StartB_);
-  }
-  return start;
+DynStringBuf& DynamicStringImpl::CreateBuffer() {
+  Buffer_ = std::make_shared<DynStringBuf>();
+  return *Buffer_;
 }
 
-DynStringBuf& DynamicStringImpl::Buffer() {
-  if (!Buffer_) Buffer_ = std::make_shared<DynStringBuf>();
-  return *Buffer_;
+ScanIndexSlot::ScanIndexSlot() = default;
+ScanIndexSlot::~ScanIndexSlot() = default;
+ScanIndexSlot::ScanIndexSlot(ScanIndexSlot&&) noexcept = default;
+ScanIndexSlot& ScanIndexSlot::operator=(ScanIndexSlot&&) noexcept = default;
+
+void ScanIndexSlot::Forget() {
+  index.reset();
+  if (ahead) ahead->count = 0;
 }
 
 void ResetScanCache(ScanCache& s, int32_t LengthB) {
@@ -123,7 +125,7 @@ void DynamicStringImpl::EditB(const String& NewValue, int32_t Start, int32_t Len
 void DynamicStringImpl::AdjustSelf(int32_t EditStart, int32_t Delta) {
   LengthB_ += Delta;
   AdjustScanForEdit(scan_, EditStart, LengthB_);
-  scan_index_.index.reset();  // the text changed: its checkpoints are stale
+  scan_index_.Forget();  // the text changed: what the scan knew ahead is stale
 }
 
 void DynamicStringImpl::AdjustChildren(const DynamicStringImpl* skip, int64_t a, int64_t b,
@@ -263,6 +265,10 @@ DynamicStringImpl::Ptr DynamicStringImpl::Parent() {
 }
 
 DynamicStringImpl::Ptr DynamicStringImpl::SubStringB(int32_t Start, int32_t Length) {
+  return SubStringB(Start, Length, shared_from_this());
+}
+
+DynamicStringImpl::Ptr DynamicStringImpl::SubStringB(int32_t Start, int32_t Length, Ptr self) {
   ValidateState();
   if (Start < 0) Raise(kInvalidProcedureCall, u"CRVLIB.DynamicString::SubStringB");
   Start = std::min(Start, LengthB_);
@@ -272,7 +278,7 @@ DynamicStringImpl::Ptr DynamicStringImpl::SubStringB(int32_t Start, int32_t Leng
   auto child = std::make_shared<DynamicStringImpl>();
   child->StartB_ = Start;
   child->LengthB_ = Length;
-  child->Parent_ = shared_from_this();
+  child->Parent_ = std::move(self);
   Buffer();
   child->Buffer_ = Buffer_;
   child->NextSibling_ = FirstChild_;

@@ -30,7 +30,7 @@ DynamicString DynamicString::ExtractElement(const String& Delimiter, int32_t Pos
       *this, u"CRVLIB.DynamicString::ExtractElement"sv, [&](DynamicStringImpl& d, ObjectText& t) {
         const internal::ElementSpan span = internal::ExtractElement(t, Delimiter, Position);
         if (span.Eof) Eof = true;  // set, never cleared
-        return d.SubStringB(span.Start, span.Length);
+        return d.SubStringB(span.Start, span.Length, impl_);
       }));
 }
 

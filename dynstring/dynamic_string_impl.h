@@ -20,6 +20,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "core/checked.h"
 #include "crvlib/enums.h"
 #include "crvlib/string.h"
 #include "dynstring/dyn_string_buf.h"
@@ -57,12 +58,22 @@ int16_t CompareElementValues(const String& A, const String& B, int32_t Justifica
                              int32_t CaseType, bool binary);
 
 class MatchIndex;
-// Checkpoints of the element scan over one view's current text for one
-// delimiter; dropped by every edit of the view. They never change what a
-// scan answers, only how fast it gets there.
+struct MatchesAhead;
+// What the element scan keeps about one view's current text, beyond the
+// cache: checkpoints for one delimiter, and the matches found ahead of a
+// walk by single steps. Forgotten by every edit of the view. They never
+// change what a scan answers, only how fast it gets there.
 struct ScanIndexSlot {
+  ScanIndexSlot();
+  ~ScanIndexSlot();
+  ScanIndexSlot(ScanIndexSlot&&) noexcept;
+  ScanIndexSlot& operator=(ScanIndexSlot&&) noexcept;
+
+  void Forget();
+
   String delimiter;
   std::unique_ptr<MatchIndex> index;  // complete when index->matches() >= 0
+  std::unique_ptr<MatchesAhead> ahead;
 };
 
 class DynamicStringImpl : public std::enable_shared_from_this<DynamicStringImpl> {
@@ -89,6 +100,10 @@ class DynamicStringImpl : public std::enable_shared_from_this<DynamicStringImpl>
   Ptr Parent();
   Ptr SubString(int32_t Start, int32_t Length);
   Ptr SubStringB(int32_t Start, int32_t Length);
+  // SubStringB for a caller that holds this object's own pointer (`self`):
+  // the child takes that reference instead of asking shared_from_this, a
+  // locked compare-and-swap on every view a walk makes.
+  Ptr SubStringB(int32_t Start, int32_t Length, Ptr self);
   String Extract(int32_t Start, int32_t Length);
   String ExtractB(int32_t Start, int32_t Length);
   void Append(const String& NewValue);
@@ -114,9 +129,16 @@ class DynamicStringImpl : public std::enable_shared_from_this<DynamicStringImpl>
   bool Invalid() const { return Invalid_; }
 
   // This view's offset in the family's text: StartB plus the ancestors'.
-  int32_t AbsoluteStartB() const;
+  // Inline: the element scan asks for it on every step.
+  int32_t AbsoluteStartB() const {
+    int32_t start = StartB_;
+    for (const DynamicStringImpl* v = Parent_.get(); v != nullptr; v = v->Parent_.get()) {
+      start = CheckedAdd(start, v->StartB_);
+    }
+    return start;
+  }
   // The family's buffer, created on first use.
-  DynStringBuf& Buffer();
+  DynStringBuf& Buffer() { return Buffer_ ? *Buffer_ : CreateBuffer(); }
 
   // Replaces bytes [Start, Start + Length) of this view (a range the caller
   // has already clamped to the view) with NewValue and notifies the family.
@@ -156,6 +178,7 @@ class DynamicStringImpl : public std::enable_shared_from_this<DynamicStringImpl>
   DynamicStringImpl* NextSibling() const { return NextSibling_; }
 
  private:
+  DynStringBuf& CreateBuffer();
   // Raises 6 with this member's source when the family is in byte mode.
   void CheckCharacterMode(const char16_t* member);
   // The edit bookkeeping of one view: its length and its scan cache. An edit

@@ -8,9 +8,11 @@
 // later one continues from the cache, an earlier one starts again from the
 // first element, and the cache is left as that loop leaves it. Only the speed
 // differs: while the text is searched by code units, runs of elements are
-// skipped by counting delimiters (element_scan.h), and once checkpoints
-// exist a far element is reached from the nearest one instead of from the
-// start; the cache fields end up the same either way.
+// skipped by counting delimiters (element_scan.h), once checkpoints exist a
+// far element is reached from the nearest one instead of from the start, a
+// walk by single steps takes its matches from batches collected ahead, and
+// LocateElement tests elements in place, in bulk, or (binary mode) only
+// where a match can be; the cache fields end up the same either way.
 //
 // The quirks that follow from the cache and from the edit rules are kept on
 // purpose; each is noted where it arises.
@@ -20,6 +22,7 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include "core/checked.h"
 #include "core/error_frame.h"
@@ -27,6 +30,7 @@
 #include "crvlib/string.h"
 #include "dynstring/element_scan.h"
 #include "dynstring/element_text.h"
+#include "platform/collation.h"
 #include "runtime/code_page.h"
 #include "runtime/compare.h"
 
@@ -48,10 +52,19 @@ struct ScanAnswer {
 };
 
 // The sorted value of an array (SortElements' result), from its elements in
-// order; defined in element_sort.cpp. Returns false when the fast way cannot
-// promise the literal result (the caller then runs the literal insertion).
+// order (about count_hint of them); defined in element_sort.cpp. Returns
+// false when the fast way cannot promise the literal result (the caller
+// then runs the literal insertion).
 bool SortedJoin(std::u16string_view text, const UnitDelimiter& d, int32_t SortOrder,
-                int32_t Justification, int32_t CaseType, String* out);
+                int32_t Justification, int32_t CaseType, size_t count_hint, String* out);
+
+// The same for an array read in byte mode, from its elements as the literal
+// loop reads them (case types 0 to 2): the insertion is replayed probe by
+// probe on the list of elements, with the work object's byte-mode flag
+// followed step by step, since it decides whether comparisons widen their
+// bytes. O(n log² n).
+String SortedBytes(const std::vector<String>& elements, const String& Delimiter, int32_t SortOrder,
+                   int32_t Justification, int32_t CaseType);
 
 namespace element {
 
@@ -93,6 +106,46 @@ void AdvanceLiteral(Text& t, const String& Delimiter, int32_t target) {
     ++s.ScanElement;
     s.ScanLength = r - s.ScanStart;
   }
+}
+
+// One turn of the forward loop: the element after the cached one, which is
+// not the last. Takes the match from the batch collected ahead when the
+// text can be read in place as code units without rearranging the buffer;
+// otherwise the literal byte-wise search. The next start cannot overflow:
+// a delimiter follows the cached element, so it is at most LengthB.
+template <class Text>
+void StepOne(Text& t, const String& Delimiter) {
+  std::u16string_view text;
+  if (!t.UnitsInPlace(Delimiter, &text)) {
+    return AdvanceLiteral(t, Delimiter, t.Cache().ScanElement + 1);
+  }
+  ScanCache& s = t.Cache();
+  const int32_t start = s.ScanStart + s.ScanLength + Delimiter.LenB();
+  ScanIndexSlot& slot = t.IndexSlot();
+  if (!slot.ahead) slot.ahead = std::make_unique<MatchesAhead>();
+  const size_t r =
+      slot.ahead->Next(text, static_cast<size_t>(start / 2), UnitDelimiter(Delimiter.view()));
+  s.ScanPrevElement = s.ScanElement;
+  s.ScanPrevStart = s.ScanStart;
+  s.ScanPrevLength = s.ScanLength;
+  ++s.ScanElement;
+  s.ScanStart = start;
+  if (r == kNoMatch) {
+    s.ScanAtEnd = true;
+    s.ScanLength = static_cast<int32_t>(text.size() * 2) - start;
+  } else {
+    s.ScanLength = static_cast<int32_t>(r * 2) - start;
+  }
+}
+
+// Bytes equal, the common one-unit case without a library call.
+inline bool SameDelimiter(const String& a, const String& b) {
+  if (a.LenB() != b.LenB()) return false;
+  const size_t units = static_cast<size_t>(a.LenB() + 1) / 2;
+  for (size_t i = 0; i < units; ++i) {
+    if (a.data()[i] != b.data()[i]) return false;
+  }
+  return true;
 }
 
 // Sets the cache to element min(target, count) as the forward loop leaves
@@ -218,11 +271,20 @@ void Advance(Text& t, const String& Delimiter, int32_t target, bool may_index) {
 // asks for the last element. An empty delimiter raises 5.
 template <class Text>
 ScanAnswer Scan(Text& t, const String& Delimiter, int32_t Position) {
-  if (Delimiter.LenB() == 0) Raise(kInvalidProcedureCall, u"CRVLIB.DynamicString::Scan");
   ScanCache& s = t.Cache();
+  // The walk's step: the element after the cached one, with the cached
+  // delimiter (never empty once an element is cached).
+  if (Position == s.ScanElement + 1 && s.ScanElement > 0 && !s.ScanAtEnd &&
+      element::SameDelimiter(Delimiter, s.ScanDelimiter)) {
+    element::StepOne(t, Delimiter);
+    return {s.ScanStart, s.ScanLength, s.ScanElement == Position};
+  }
+  if (Delimiter.LenB() == 0) Raise(kInvalidProcedureCall, u"CRVLIB.DynamicString::Scan");
   if (Delimiter != s.ScanDelimiter) {
     s.ScanDelimiter = Delimiter;
     t.ResetScan();
+    // Matches collected ahead belong to the old delimiter.
+    if (t.IndexSlot().ahead) t.IndexSlot().ahead->count = 0;
   }
   if (Position == 0) return {0, 0, true};
   if (Position == s.ScanElement) return {s.ScanStart, s.ScanLength, true};
@@ -350,6 +412,130 @@ bool SameElement(Text& t, const String& candidate, const String& FindValue, int3
                  kTextCompare) == 0;
 }
 
+namespace element {
+
+// LocateElement's test of one element, on code units read in place: the
+// candidate narrowed by the match type and compared in the mode given, or
+// the search of a substring match (FindB's rules: an empty element holds
+// nothing, an empty value is in every other element; text mode compares
+// case-folded code units).
+class ElementMatch {
+ public:
+  ElementMatch(std::u16string_view find, int32_t match_type, bool text_mode)
+      : find_(find), type_(match_type), text_(text_mode) {}
+
+  bool operator()(std::u16string_view element) const {
+    const size_t n = find_.size();
+    switch (type_) {
+      case vxExactMatch:
+        return Same(element);
+      case vxFirstCharMatch:
+        return Same(element.size() < n ? std::u16string_view() : element.substr(0, n));
+      case vxLastCharMatch:
+        return element.size() >= n && Same(element.substr(element.size() - n));
+      default:
+        return element.size() >= n && !element.empty() && (n == 0 || Contains(element));
+    }
+  }
+
+ private:
+  bool Same(std::u16string_view candidate) const {
+    if (!text_) return candidate == find_;
+    return platform::TextCompare(candidate, find_) == 0;
+  }
+  bool Contains(std::u16string_view element) const {
+    if (!text_) return element.find(find_) != std::u16string_view::npos;
+    for (size_t r = 0; r + find_.size() <= element.size(); ++r) {
+      size_t k = 0;
+      while (k < find_.size() &&
+             platform::FoldCase(element[r + k]) == platform::FoldCase(find_[k])) {
+        ++k;
+      }
+      if (k == find_.size()) return true;
+    }
+    return false;
+  }
+
+  std::u16string_view find_;
+  int32_t type_;
+  bool text_;
+};
+
+// LocateElement's walk on from the cached element, which was tested and is
+// not the last: the following elements are taken from batches of delimiter
+// positions and tested in place. The cache ends where the one-step walk
+// leaves it: at the element that matched, or at the last element.
+template <class Text>
+int32_t LocateOnwards(Text& t, const String& Delimiter, const ElementMatch& match) {
+  ScanCache& s = t.Cache();
+  const std::u16string_view text = t.Units();
+  const UnitDelimiter d(Delimiter.view());
+  const size_t m = d.size();
+  size_t prev_start = static_cast<size_t>(s.ScanStart) / 2;
+  size_t prev_length = static_cast<size_t>(s.ScanLength) / 2;
+  size_t start = prev_start + prev_length + m;  // of element e + 1
+  int32_t e = s.ScanElement;
+  auto settle = [&](size_t length, bool at_end) {
+    s.ScanPrevElement = e - 1;
+    s.ScanPrevStart = static_cast<int32_t>(prev_start * 2);
+    s.ScanPrevLength = static_cast<int32_t>(prev_length * 2);
+    s.ScanElement = e;
+    s.ScanStart = static_cast<int32_t>(start * 2);
+    s.ScanLength = static_cast<int32_t>(length * 2);
+    s.ScanAtEnd = at_end;
+  };
+  constexpr size_t kBatch = 256;
+  size_t ends[kBatch];
+  for (;;) {
+    const size_t k = CollectMatches(text, start, d, ends, kBatch);
+    for (size_t j = 0; j < k; ++j) {
+      ++e;
+      const size_t length = ends[j] - start;
+      if (match(text.substr(start, length))) {
+        settle(length, false);
+        return e;
+      }
+      prev_start = start;
+      prev_length = length;
+      start = ends[j] + m;
+    }
+    if (k == 0) break;
+  }
+  ++e;  // the last element: the rest of the text
+  settle(text.size() - start, true);
+  return match(text.substr(start)) ? e : 0;
+}
+
+// LocateOnwards in binary mode for a delimiter whose occurrences cannot
+// overlap: the places where a matching element can only be are searched
+// for (LocateAnchored) instead of every element being looked at. The cache
+// ends as the one-step walk leaves it.
+template <class Text>
+int32_t LocateSearching(Text& t, const UnitDelimiter& d, std::u16string_view find,
+                        int32_t MatchType) {
+  ScanCache& s = t.Cache();
+  const std::u16string_view text = t.Units();
+  const size_t from = (static_cast<size_t>(s.ScanStart) + s.ScanLength) / 2 + d.size();
+  const AnchoredHit hit = LocateAnchored(text, from, d, find, MatchType);
+  const int32_t e = static_cast<int32_t>(s.ScanElement + 1 + hit.skipped);
+  if (hit.prev_start != kNoMatch) {
+    s.ScanPrevElement = e - 1;
+    s.ScanPrevStart = static_cast<int32_t>(hit.prev_start * 2);
+    s.ScanPrevLength = static_cast<int32_t>((hit.start - d.size() - hit.prev_start) * 2);
+  } else {
+    s.ScanPrevElement = s.ScanElement;
+    s.ScanPrevStart = s.ScanStart;
+    s.ScanPrevLength = s.ScanLength;
+  }
+  s.ScanElement = e;
+  s.ScanStart = static_cast<int32_t>(hit.start * 2);
+  s.ScanLength = static_cast<int32_t>((hit.end - hit.start) * 2);
+  s.ScanAtEnd = hit.last;
+  return hit.found ? e : 0;
+}
+
+}  // namespace element
+
 template <class Text>
 int32_t LocateElement(Text& t, const String& FindValue, const String& Delimiter, int32_t Position,
                       int32_t MatchType, int32_t CaseType) {
@@ -361,6 +547,29 @@ int32_t LocateElement(Text& t, const String& FindValue, const String& Delimiter,
     const ScanAnswer a = Scan(t, Delimiter, e);
     if (!a.Found) return 0;
     // The match type is looked at only once an element has been scanned.
+    if (MatchType < vxExactMatch || MatchType > vxSubStringMatch) {
+      Raise(kInvalidProcedureCall, kSource);
+    }
+    // In place on code units, for the comparison modes that cannot raise
+    // (CaseType 0, 1 or 2) and a text the scan reads in place; byte mode and
+    // a value with a lone byte read the candidate as bytes.
+    if (CaseType >= 0 && CaseType <= 2 && !FindValue.odd() && t.UnitMode(Delimiter) &&
+        t.Contiguous()) {
+      const element::ElementMatch match(FindValue.view(), MatchType, CaseType != vxCaseSensitive);
+      const std::u16string_view units = t.Units();
+      if (match(
+              units.substr(static_cast<size_t>(a.Start) / 2, static_cast<size_t>(a.Length) / 2))) {
+        return e;
+      }
+      const ScanCache& s = t.Cache();
+      if (s.ScanElement != e || s.ScanAtEnd) continue;
+      const UnitDelimiter d(Delimiter.view());
+      const size_t f = FindValue.view().size();
+      if (CaseType == vxCaseSensitive && !d.overlapping() && d.size() <= 2 && f > 0) {
+        return element::LocateSearching(t, d, FindValue.view(), MatchType);
+      }
+      return element::LocateOnwards(t, Delimiter, match);
+    }
     int32_t s = a.Start;
     int32_t l = a.Length;
     switch (MatchType) {
@@ -374,12 +583,10 @@ int32_t LocateElement(Text& t, const String& FindValue, const String& Delimiter,
         s = a.Start + a.Length - n;
         l = n;
         break;
-      case vxSubStringMatch:
+      default:
         // Searching an empty element finds nothing, even an empty FindValue.
         if (a.Length >= n && t.FindB(FindValue, a.Start, a.Length, CaseType) >= 0) return e;
         continue;
-      default:
-        Raise(kInvalidProcedureCall, kSource);
     }
     if (SameElement(t, t.ReadB(s, l), FindValue, CaseType)) return e;
   }
@@ -440,10 +647,17 @@ String SortedValue(Text& t, const String& Delimiter, int32_t SortOrder, int32_t 
   const int32_t n = CountElements(t, Delimiter);
   String out;
   if (t.UnitMode(Delimiter) && SortedJoin(t.Units(), UnitDelimiter(Delimiter.view()), SortOrder,
-                                          Justification, CaseType, &out)) {
+                                          Justification, CaseType, static_cast<size_t>(n), &out)) {
     return out;
   }
-  // The literal insertion, for the cases the fast way does not cover.
+  if (CaseType >= 0 && CaseType <= 2) {
+    std::vector<String> elements;
+    elements.reserve(static_cast<size_t>(n));
+    for (int32_t i = 1; i <= n; ++i) elements.push_back(ElementText(t, Delimiter, i));
+    return SortedBytes(elements, Delimiter, SortOrder, Justification, CaseType);
+  }
+  // The literal insertion, for case types whose comparison raises: it
+  // raises at its first comparison, the second element's.
   auto work = std::make_shared<DynamicStringImpl>();
   ObjectText w(*work);
   for (int32_t i = 1; i <= n; ++i) {

@@ -151,15 +151,164 @@ class IndexRecorder {
   MatchIndex* index_;
 };
 
-UnitDelimiter::UnitDelimiter(std::u16string_view units) : units_(units) {
+bool UnitDelimiter::HasBorder(std::u16string_view units) {
   for (size_t k = 1; k < units.size(); ++k) {
-    if (units.substr(0, k) == units.substr(units.size() - k)) overlapping_ = true;
+    if (units.substr(0, k) == units.substr(units.size() - k)) return true;
   }
+  return false;
 }
 
 size_t FindDelimiter(std::u16string_view text, size_t from, const UnitDelimiter& d) {
   if (text.size() < d.size() || from > text.size() - d.size()) return kNoMatch;
   return FindIn(text, from, text.size() - d.size() + 1, d);
+}
+
+size_t CollectMatches(std::u16string_view text, size_t from, const UnitDelimiter& d, size_t* out,
+                      size_t cap) {
+  const size_t m = d.size();
+  if (cap == 0 || text.size() < m || from > text.size() - m) return 0;
+  const size_t until = text.size() - m + 1;  // bound on match starts
+  size_t k = 0;
+  if (d.overlapping() || m > 2) {
+    for (size_t r = FindIn(text, from, until, d); r != kNoMatch;
+         r = FindIn(text, r + m, until, d)) {
+      out[k++] = r;
+      if (k == cap) break;
+    }
+    return k;
+  }
+  // Every occurrence is a match: take them from a bitmask, one bit per unit.
+  const char16_t* t = text.data();
+  const char16_t c0 = d.units()[0];
+  const bool pair = m == 2;
+  const char16_t c1 = pair ? d.units()[1] : 0;
+  size_t i = from;
+#ifdef CRVLIB_ELEMENT_SSE2
+  const __m128i k0 = _mm_set1_epi16(static_cast<short>(c0));
+  const __m128i k1 = _mm_set1_epi16(static_cast<short>(c1));
+  auto hits = [&](size_t at) {
+    const __m128i eq0 =
+        _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(t + at)), k0);
+    if (!pair) return eq0;
+    return _mm_and_si128(
+        eq0, _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(t + at + 1)), k1));
+  };
+  // With a pair, i + 16 <= until = size - 1 keeps the load at i + 9 inside.
+  for (; i + 16 <= until; i += 16) {
+    unsigned mask = static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(hits(i), hits(i + 8))));
+    while (mask != 0) {
+      out[k++] = i + static_cast<size_t>(std::countr_zero(mask));
+      if (k == cap) return k;
+      mask &= mask - 1;
+    }
+  }
+#endif
+  for (; i < until && k < cap; ++i) {
+    if (t[i] == c0 && (!pair || t[i + 1] == c1)) out[k++] = i;
+  }
+  return k;
+}
+
+std::u16string ReplaceMatches(std::u16string_view text, const UnitDelimiter& d,
+                              std::u16string_view replacement) {
+  // Count first, so the result is allocated once at its size.
+  const size_t matches = static_cast<size_t>(SkipDelimiters(text, 0, INT64_MAX, d).found);
+  std::u16string out;
+  out.reserve(text.size() - matches * d.size() + matches * replacement.size());
+  constexpr size_t kBatch = 256;
+  size_t ends[kBatch];
+  size_t start = 0;
+  for (size_t k; (k = CollectMatches(text, start, d, ends, kBatch)) != 0;) {
+    for (size_t j = 0; j < k; ++j) {
+      out.append(text.substr(start, ends[j] - start)).append(replacement);
+      start = ends[j] + d.size();
+    }
+  }
+  out.append(text.substr(start));
+  return out;
+}
+
+AnchoredHit LocateAnchored(std::u16string_view text, size_t from, const UnitDelimiter& d,
+                           std::u16string_view find, int32_t match_type) {
+  const size_t m = d.size();
+  const size_t n = find.size();
+  const size_t size = text.size();
+  auto delimiter_at = [&](size_t p) { return p + m <= size && text.substr(p, m) == d.units(); };
+  // The first occurrence of the delimiter at or after p, or the end.
+  auto next_match = [&](size_t p) {
+    const size_t r = FindDelimiter(text, p, d);
+    return r == kNoMatch ? size : r;
+  };
+  // Settles on the element starting at `start`, with the matches from
+  // `from` up to it.
+  auto settle = [&](size_t start, const SkipResult& before, bool found) {
+    AnchoredHit hit;
+    hit.found = found;
+    hit.start = start;
+    const size_t r = FindDelimiter(text, start, d);
+    hit.last = r == kNoMatch;
+    hit.end = hit.last ? size : r;
+    hit.skipped = before.found;
+    if (before.found == 1) hit.prev_start = from;
+    if (before.found >= 2) hit.prev_start = before.before_last + m;
+    return hit;
+  };
+  auto settle_found = [&](size_t start) {
+    return settle(start, SkipDelimiters(text.substr(0, start), from, INT64_MAX, d), true);
+  };
+  // The start of the element holding position q, which lies in no match.
+  auto start_of = [&](size_t q) {
+    for (size_t r = q; r >= from + m; --r) {
+      if (delimiter_at(r - m)) return r;
+    }
+    return from;
+  };
+
+  if (match_type == 0 || match_type == 1) {
+    // Elements start behind a match: the delimiter's last unit, then find's
+    // first. The element at `from` itself is found the same way.
+    const char16_t pair[2] = {d.units()[m - 1], find[0]};
+    const UnitDelimiter anchor(std::u16string_view(pair, 2));
+    for (size_t p = FindDelimiter(text, from - 1, anchor); p != kNoMatch;
+         p = FindDelimiter(text, p + 1, anchor)) {
+      const size_t q = p + 1;
+      if (q != from && (q < from + m || !delimiter_at(q - m))) continue;
+      const size_t end = next_match(q);
+      const bool fits = match_type == 0 ? end - q == n : end - q >= n;
+      if (fits && text.substr(q, n) == find) return settle_found(q);
+    }
+  } else if (match_type == 2) {
+    // Elements end before a match: find's last unit, then the delimiter's
+    // first; the last element ends at the end instead.
+    const char16_t pair[2] = {find[n - 1], d.units()[0]};
+    const UnitDelimiter anchor(std::u16string_view(pair, 2));
+    for (size_t p = from + n > 0 ? FindDelimiter(text, from + n - 1, anchor) : kNoMatch;
+         p != kNoMatch; p = FindDelimiter(text, p + 1, anchor)) {
+      const size_t end = p + 1;
+      const size_t q = end - n;
+      if (!delimiter_at(end) || text.substr(q, n) != find) continue;
+      // No match may start inside the candidate (nor cover its first unit).
+      if (next_match(q >= from + m - 1 ? q - (m - 1) : from) != end) continue;
+      return settle_found(start_of(q));
+    }
+  } else {
+    // Find's first two units (its only one), then the whole of it lying
+    // inside one element.
+    const UnitDelimiter anchor(find.substr(0, 2));
+    for (size_t p = FindDelimiter(text, from, anchor); p != kNoMatch;
+         p = FindDelimiter(text, p + 1, anchor)) {
+      if (text.substr(p, n) != find) continue;
+      if (next_match(p >= from + m - 1 ? p - (m - 1) : from) < p + n) continue;
+      return settle_found(start_of(p));
+    }
+  }
+  // No element before the last one matched: settle on the last, which may
+  // still end with find.
+  const SkipResult all = SkipDelimiters(text, from, INT64_MAX, d);
+  const size_t last_start = all.found > 0 ? all.last + m : from;
+  AnchoredHit hit = settle(last_start, all, false);
+  if (match_type == 2 && size - last_start >= n && text.substr(size - n) == find) hit.found = true;
+  return hit;
 }
 
 size_t MatchIndex::Match(std::u16string_view text, const UnitDelimiter& d, int64_t k) const {

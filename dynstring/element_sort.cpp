@@ -23,29 +23,68 @@
 //   then replayed probe by probe on an order-statistic list of element
 //   numbers: O(n log² n) comparisons and lookups instead of rescans.
 //
-// Delimiters whose occurrences can overlap are left to the caller: joining
-// two elements can then create a match that splits them differently.
+// All of this holds while the work array, a join of elements, splits back
+// into those elements, also for a delimiter whose occurrences can overlap
+// ("||"). An element that was followed by the delimiter in the input had no
+// occurrence starting inside it there; such an occurrence would lie within
+// the element and that delimiter, so it has none in any join either, and
+// the scan of a join stays in step element by element. Only the input's
+// last element was not followed by the delimiter, and it may end with a
+// part of the delimiter that a following one completes ("a|" + "||"); but
+// it is inserted last, so no later step scans a join that holds it, and
+// its own insertion only scans the join of the others.
+//
+// The stable sort itself is a radix sort: each element gets a record whose
+// 64-bit key orders it as the comparison's first part does (binary: its
+// first four code units; text mode: the first eight bytes of its collation
+// sort key, made once per element instead of collating at every
+// comparison; numbers: the value mapped to an unsigned integer of the same
+// order), and a second key for the part after. An LSD pass per 16-bit digit
+// of the key (digits equal everywhere are skipped) keeps equal keys in
+// arrival order; each run of equal keys is then finished by the second key,
+// the whole comparison, and arrival.
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstring>
+#include <memory>
+#include <string>
 #include <vector>
 
 #include "core/thread_state.h"
 #include "dynstring/element_engine.h"
 #include "platform/collation.h"
+#include "runtime/code_page.h"
 #include "runtime/number_parse.h"
 
 namespace crvlib::internal {
 namespace {
 
-// Elements by number, with their numbers parsed once.
+// Elements by number, with what their comparison needs made once: the
+// numbers (right justification) and the collation sort keys (text mode).
 struct Elements {
   std::vector<std::u16string_view> text;
   std::vector<double> number;
   std::vector<uint8_t> is_number;
+  std::string keys;               // text mode: the sort keys, back to back
+  std::vector<size_t> key_start;  // element i's key is [key_start[i], key_start[i + 1])
+  std::string empty_key;          // the sort key of ""
   bool text_mode = false;
   bool numeric = false;
+
+  void MakeKeys() {
+    key_start.resize(text.size() + 1);
+    keys.reserve(text.size() * 16);
+    for (size_t i = 0; i < text.size(); ++i) {
+      key_start[i] = keys.size();
+      platform::AppendSortKey(text[i], &keys);
+    }
+    key_start[text.size()] = keys.size();
+    platform::AppendSortKey(u"", &empty_key);
+  }
+  std::string_view Key(size_t i) const {
+    return std::string_view(keys).substr(key_start[i], key_start[i + 1] - key_start[i]);
+  }
 
   // CompareElements, step for step.
   int Compare(size_t i, size_t j) const {
@@ -53,13 +92,17 @@ struct Elements {
       if (number[i] < number[j]) return -1;
       if (number[i] > number[j]) return 1;
     }
-    return CompareText(text[i], text[j]);
+    return CompareText(i, j);
   }
-  int CompareText(std::u16string_view a, std::u16string_view b) const {
-    if (text_mode) return platform::TextCompare(a, b);
-    const int c = a.compare(b);
-    return c < 0 ? -1 : c > 0 ? 1 : 0;
+  // StrComp of elements i and j in the mode of the case type.
+  int CompareText(size_t i, size_t j) const {
+    return Sign(text_mode ? Key(i).compare(Key(j)) : text[i].compare(text[j]));
   }
+  // StrComp of element i and "".
+  int CompareWithEmpty(size_t i) const {
+    return text_mode ? Sign(Key(i).compare(empty_key)) : text[i].empty() ? 0 : 1;
+  }
+  static int Sign(int c) { return c < 0 ? -1 : c > 0 ? 1 : 0; }
 };
 
 // A sequence of element numbers with access by position: blocks of at most
@@ -136,16 +179,23 @@ class RankedList {
 };
 
 // InsertElementSorted's placement, replayed: `list` holds element numbers in
-// array order and is not empty.
-void InsertReplayed(const Elements& e, RankedList& list, uint32_t x, bool descending) {
+// array order and is not empty; compare(a, b) is CompareElements of
+// elements a and b, empty(a) whether element a is "". Returns true when x
+// filled an empty last element instead of being inserted before or after.
+template <class Compare, class Empty>
+bool InsertReplayed(RankedList& list, uint32_t x, bool descending, Compare&& compare,
+                    Empty&& empty) {
   auto after = [&](int c) { return (descending ? -c : c) >= 0; };
   const size_t n = list.size();
-  int c = e.Compare(x, list.At(n - 1));
-  if (after(c)) return list.Insert(n, x);
+  int c = compare(x, list.At(n - 1));
+  if (after(c)) {
+    list.Insert(n, x);
+    return false;
+  }
   size_t lo = 1, hi = n, steps = 1, mid = 0;
   while (hi >= lo) {
     mid = (lo + hi) / 2;
-    c = e.Compare(x, list.At(mid - 1));
+    c = compare(x, list.At(mid - 1));
     if (after(c)) {
       lo = mid + 1;
     } else {
@@ -159,79 +209,186 @@ void InsertReplayed(const Elements& e, RankedList& list, uint32_t x, bool descen
   if (after(c)) ++mid;
   // InsertElement: position 1 prefixes; the position of an empty last
   // element is filled; beyond the end appends; otherwise it goes before.
-  if (mid >= 2 && mid == n && e.text[list.At(n - 1)].empty()) return list.Set(n - 1, x);
+  if (mid >= 2 && mid == n && empty(list.At(n - 1))) {
+    list.Set(n - 1, x);
+    return true;
+  }
   list.Insert(std::min(mid, n + 1) - 1, x);
+  return false;
 }
 
+void InsertReplayed(const Elements& e, RankedList& list, uint32_t x, bool descending) {
+  InsertReplayed(
+      list, x, descending, [&](uint32_t a, uint32_t b) { return e.Compare(a, b); },
+      [&](uint32_t a) { return e.text[a].empty(); });
+}
+
+// The elements in `order`, joined by `d`. They lie scattered over the text
+// in sorted order, so each one is fetched ahead of its copy (and its view
+// ahead of that).
 String Join(const Elements& e, const std::vector<uint32_t>& order, std::u16string_view d) {
-  size_t total = order.empty() ? 0 : (order.size() - 1) * d.size();
-  for (uint32_t i : order) total += e.text[i].size();
+  size_t total = 0;
+  if (!order.empty()) {
+    // The sum over the elements taken in index order, not sorted order.
+    std::vector<uint8_t> taken(e.text.size(), 0);
+    for (uint32_t i : order) taken[i] = 1;
+    for (size_t i = 0; i < e.text.size(); ++i) total += taken[i] ? e.text[i].size() : 0;
+    total += (order.size() - 1) * d.size();
+  }
   std::u16string out;
   out.reserve(total);
+  constexpr size_t kAhead = 16;
   for (size_t k = 0; k < order.size(); ++k) {
+    if (k + 2 * kAhead < order.size()) __builtin_prefetch(&e.text[order[k + 2 * kAhead]]);
+    if (k + kAhead < order.size()) __builtin_prefetch(e.text[order[k + kAhead]].data());
     if (k > 0) out.append(d);
     out.append(e.text[order[k]]);
   }
   return String(std::move(out));
 }
 
-// The first four code units, most significant first, zero-padded: ordering
-// by it never contradicts the code-unit order of the whole strings.
-uint64_t PrefixKey(std::u16string_view s) {
+// Code units [at, at + 4) of `s`, most significant first, zero-padded:
+// ordering by it never contradicts the code-unit order of the whole strings.
+uint64_t UnitsKey(std::u16string_view s, size_t at) {
   uint64_t key = 0;
-  for (size_t i = 0; i < 4; ++i) key = key << 16 | (i < s.size() ? s[i] : 0);
+  for (size_t i = at; i < at + 4; ++i) key = key << 16 | (i < s.size() ? s[i] : 0);
   return key;
 }
 
-void StableSort(const Elements& e, std::vector<uint32_t>& order, bool descending) {
-  if (!e.text_mode && !e.numeric) {
-    struct Keyed {
-      uint64_t key;
-      uint32_t index;
-    };
-    std::vector<Keyed> keyed(order.size());
-    for (size_t k = 0; k < order.size(); ++k) keyed[k] = {PrefixKey(e.text[order[k]]), order[k]};
-    std::sort(keyed.begin(), keyed.end(), [&](const Keyed& a, const Keyed& b) {
-      if (a.key != b.key) return descending ? a.key > b.key : a.key < b.key;
-      const int c = e.text[a.index].compare(e.text[b.index]);
-      if (c != 0) return descending ? c > 0 : c < 0;
-      return a.index < b.index;
-    });
-    for (size_t k = 0; k < order.size(); ++k) order[k] = keyed[k].index;
-    return;
+// Bytes [at, at + 8) of a sort key, most significant first, zero-padded (a
+// key's only zero byte is the one that ends it).
+uint64_t BytesKey(std::string_view key, size_t at) {
+  uint64_t v = 0;
+  for (size_t i = at; i < at + 8; ++i) {
+    v = v << 8 | (i < key.size() ? static_cast<uint8_t>(key[i]) : 0);
   }
-  std::sort(order.begin(), order.end(), [&](uint32_t a, uint32_t b) {
-    const int c = e.Compare(a, b);
+  return v;
+}
+
+// A number as an unsigned integer of the same order; -0 and 0 compare
+// equal and map alike. Never 0 (that is left for the empty elements).
+uint64_t NumberKey(double x) {
+  if (x == 0) x = 0;
+  const uint64_t bits = std::bit_cast<uint64_t>(x);
+  return bits >> 63 ? ~bits : bits | uint64_t{1} << 63;
+}
+
+struct Record {
+  uint64_t key;   // orders as the comparison's first part
+  uint64_t key2;  // orders as its next part, where the keys are equal
+  uint32_t index;
+};
+
+// Stable LSD radix sort of the records by key, 16 bits a pass. The digit
+// counts do not depend on the order, so they are taken once for all passes.
+void SortByKey(std::vector<Record>& records) {
+  const size_t n = records.size();
+  if (n < 2) return;
+  constexpr size_t kDigits = 1 << 16;
+  std::vector<uint32_t> counts(4 * kDigits, 0);
+  for (const Record& r : records) {
+    for (size_t d = 0; d < 4; ++d) ++counts[d * kDigits + (r.key >> (16 * d) & 0xFFFF)];
+  }
+  auto spare = std::make_unique_for_overwrite<Record[]>(n);
+  Record* from = records.data();
+  Record* to = spare.get();
+  for (size_t d = 0; d < 4; ++d) {
+    uint32_t* count = counts.data() + d * kDigits;
+    const unsigned shift = static_cast<unsigned>(16 * d);
+    if (count[from[0].key >> shift & 0xFFFF] == n) continue;  // the same digit everywhere
+    uint32_t sum = 0;
+    for (size_t k = 0; k < kDigits; ++k) {
+      const uint32_t c = count[k];
+      count[k] = sum;
+      sum += c;
+    }
+    for (size_t i = 0; i < n; ++i) to[count[from[i].key >> shift & 0xFFFF]++] = from[i];
+    std::swap(from, to);
+  }
+  if (from != records.data()) std::copy(from, from + n, records.data());
+}
+
+// The stable sort of the elements in `order` by the comparison (descending:
+// reversed, ties still by arrival).
+void StableSort(const Elements& e, std::vector<uint32_t>& order, bool descending) {
+  const uint64_t flip = descending ? ~uint64_t{0} : 0;
+  std::vector<Record> records(order.size());
+  for (size_t k = 0; k < order.size(); ++k) {
+    const uint32_t i = order[k];
+    Record& r = records[k];
+    r.index = i;
+    if (e.numeric) {
+      // Only numbers and empty elements come here; "" sorts below numbers.
+      r.key = e.is_number[i] ? NumberKey(e.number[i]) : 0;
+      r.key2 = e.text_mode ? BytesKey(e.Key(i), 0) : UnitsKey(e.text[i], 0);
+    } else if (e.text_mode) {
+      r.key = BytesKey(e.Key(i), 0);
+      r.key2 = BytesKey(e.Key(i), 8);
+    } else {
+      r.key = UnitsKey(e.text[i], 0);
+      r.key2 = UnitsKey(e.text[i], 4);
+    }
+    r.key ^= flip;
+    r.key2 ^= flip;
+  }
+  SortByKey(records);
+  // Equal keys: the second key, the whole comparison, then arrival.
+  auto before = [&](const Record& a, const Record& b) {
+    if (a.key2 != b.key2) return a.key2 < b.key2;
+    const int c = e.CompareText(a.index, b.index);
     if (c != 0) return descending ? c > 0 : c < 0;
-    return a < b;
-  });
+    return a.index < b.index;
+  };
+  for (size_t i = 0; i < records.size();) {
+    size_t j = i + 1;
+    while (j < records.size() && records[j].key == records[i].key) ++j;
+    if (j - i > 1) {
+      std::sort(records.begin() + static_cast<ptrdiff_t>(i),
+                records.begin() + static_cast<ptrdiff_t>(j), before);
+    }
+    i = j;
+  }
+  for (size_t k = 0; k < records.size(); ++k) order[k] = records[k].index;
+}
+
+// The elements of `text` (none for ""), in order.
+std::vector<std::u16string_view> Split(std::u16string_view text, const UnitDelimiter& d,
+                                       size_t count_hint) {
+  std::vector<std::u16string_view> out;
+  if (text.empty()) return out;
+  out.reserve(count_hint);
+  constexpr size_t kBatch = 256;
+  size_t ends[kBatch];
+  size_t start = 0;
+  for (size_t k; (k = CollectMatches(text, start, d, ends, kBatch)) != 0;) {
+    for (size_t j = 0; j < k; ++j) {
+      out.push_back(text.substr(start, ends[j] - start));
+      start = ends[j] + d.size();
+    }
+  }
+  out.push_back(text.substr(start));
+  return out;
 }
 
 }  // namespace
 
 bool SortedJoin(std::u16string_view text, const UnitDelimiter& d, int32_t SortOrder,
-                int32_t Justification, int32_t CaseType, String* out) {
+                int32_t Justification, int32_t CaseType, size_t count_hint, String* out) {
   // Other case types make the comparison raise; the literal way raises them
   // at its first comparison, if it makes one.
-  if (d.overlapping() || CaseType < 0 || CaseType > 2) return false;
+  if (CaseType < 0 || CaseType > 2) return false;
   const bool descending = SortOrder != vxAscending;
 
   Elements e;
   e.text_mode = CaseType != vxCaseSensitive;
   e.numeric = Justification == vxRightJustify;
-  if (!text.empty()) {
-    size_t start = 0;
-    for (size_t r = FindDelimiter(text, 0, d); r != kNoMatch; r = FindDelimiter(text, start, d)) {
-      e.text.push_back(text.substr(start, r - start));
-      start = r + d.size();
-    }
-    e.text.push_back(text.substr(start));
-  }
+  e.text = Split(text, d, count_hint);
   // The empty elements before the first non-empty one vanish.
   const auto first = std::find_if(e.text.begin(), e.text.end(), [](auto s) { return !s.empty(); });
   e.text.erase(e.text.begin(), first);
   const size_t n = e.text.size();
   if (n > UINT32_MAX) return false;
+  if (e.text_mode) e.MakeKeys();
 
   bool consistent = true;
   if (e.numeric) {
@@ -250,9 +407,11 @@ bool SortedJoin(std::u16string_view text, const UnitDelimiter& d, int32_t SortOr
     }
     if (numbers > 0 && numbers < n) {
       for (size_t i = 0; i < n && consistent; ++i) {
-        consistent = e.is_number[i] ? e.CompareText(e.text[i], u"") > 0 : e.text[i].empty();
+        consistent = e.is_number[i] ? e.CompareWithEmpty(i) > 0 : e.text[i].empty();
       }
     }
+    // With no numbers at all the order is the text's alone.
+    if (numbers == 0) e.numeric = false;
   }
 
   std::vector<uint32_t> order;
@@ -277,8 +436,7 @@ bool SortedJoin(std::u16string_view text, const UnitDelimiter& d, int32_t SortOr
     // sorts last among the others.
     size_t group = 0, group_last = 0, others = 0, lowest = 0;
     for (size_t i = 0; i < n; ++i) {
-      const bool like_empty =
-          e.text[i].empty() || (e.text_mode && e.CompareText(e.text[i], u"") == 0);
+      const bool like_empty = e.text[i].empty() || (e.text_mode && e.CompareWithEmpty(i) == 0);
       if (like_empty) {
         ++group;
         group_last = i;
@@ -300,6 +458,65 @@ bool SortedJoin(std::u16string_view text, const UnitDelimiter& d, int32_t SortOr
   StableSort(e, order, descending);
   *out = Join(e, order, d.units());
   return true;
+}
+
+String SortedBytes(const std::vector<String>& elements, const String& Delimiter, int32_t SortOrder,
+                   int32_t Justification, int32_t CaseType) {
+  const bool descending = SortOrder != vxAscending;
+  const bool odd_delimiter = Delimiter.odd();
+  // The work object's byte-mode flag and byte length, as the literal steps
+  // would leave them.
+  bool binary = false;
+  int64_t length = 0;
+  std::vector<String> wide(elements.size());
+  std::vector<uint8_t> widened(elements.size(), 0);
+  auto wide_of = [&](uint32_t i) -> const String& {
+    if (!widened[i]) {
+      wide[i] = StrConvUnicode(elements[i]);
+      widened[i] = 1;
+    }
+    return wide[i];
+  };
+  // CompareElements in the work object's mode: in byte mode both sides
+  // widened byte by byte (made once per element here).
+  auto compare = [&](uint32_t a, uint32_t b) -> int {
+    if (!binary)
+      return CompareElementValues(elements[a], elements[b], Justification, CaseType, false);
+    return CompareElementValues(wide_of(a), wide_of(b), Justification, CaseType, false);
+  };
+  auto empty = [&](uint32_t a) { return elements[a].LenB() == 0; };
+
+  RankedList list;
+  for (uint32_t i = 0; i < elements.size(); ++i) {
+    const int32_t size = elements[i].LenB();
+    if (length == 0) {
+      // Value = the element (an odd length puts the object in byte mode);
+      // an empty one leaves the array empty.
+      binary = binary || (size & 1) != 0;
+      if (size > 0) list.Insert(0, i);
+      length = size;
+      continue;
+    }
+    // The count's first search with an odd delimiter puts the object in byte
+    // mode, unless the text is too short for it to look at all.
+    if (odd_delimiter && length >= Delimiter.LenB()) binary = true;
+    const bool filled = InsertReplayed(list, i, descending, compare, empty);
+    // The edit: the element, and the delimiter unless it filled an empty
+    // last element; odd lengths put the object in byte mode.
+    binary = binary || (size & 1) != 0 || (!filled && odd_delimiter);
+    length += size + (filled ? 0 : Delimiter.LenB());
+  }
+
+  std::string bytes;
+  bytes.reserve(static_cast<size_t>(length));
+  bool first = true;
+  list.ForEach([&](uint32_t v) {
+    if (!first)
+      bytes.append(reinterpret_cast<const char*>(Delimiter.bytes()), size_t(Delimiter.LenB()));
+    first = false;
+    bytes.append(reinterpret_cast<const char*>(elements[v].bytes()), size_t(elements[v].LenB()));
+  });
+  return String::FromBytes(bytes.data(), bytes.size());
 }
 
 }  // namespace crvlib::internal

@@ -52,7 +52,28 @@ void PlainText::Edit(std::u16string_view a, std::u16string_view b, bool two, boo
 
   const std::u16string_view first = b_first ? b : a;
   const std::u16string_view second = b_first ? a : b;
-  if (owned_) {
+  if (target_ != nullptr) {
+    // In place when the string has room: one move of the text behind the
+    // edit (none at the end), the pieces written into the opening. They are
+    // the caller's arguments, never views of the string itself.
+    std::u16string& text = target_->units();
+    const size_t size = old.size() - cut + a.size() + b.size();
+    if (size <= text.capacity()) {
+      text.replace(at, cut, first.size() + second.size(), u'\0');
+      std::copy(first.begin(), first.end(), text.begin() + static_cast<ptrdiff_t>(at));
+      std::copy(second.begin(), second.end(),
+                text.begin() + static_cast<ptrdiff_t>(at + first.size()));
+    } else {
+      // Otherwise one copy into new storage with an eighth to spare, so a
+      // caller that goes on inserting finds room; a doubling would leave
+      // most of a large block untouched and, above the allocator's mapping
+      // threshold, costs fresh pages on every growth.
+      std::u16string out;
+      out.reserve(size + size / 8);
+      out.append(old.substr(0, at)).append(first).append(second).append(old.substr(at + cut));
+      text.swap(out);
+    }
+  } else if (owned_) {
     text_.replace(at, cut, first);
     text_.insert(at + first.size(), second);
   } else {
@@ -69,7 +90,7 @@ void PlainText::Edit(std::u16string_view a, std::u16string_view b, bool two, boo
     AdjustScanForEdit(cache_, b_first ? Start : Start + static_cast<int32_t>(a.size() * 2),
                       LengthB());
   }
-  index_.index.reset();
+  index_.Forget();
 }
 
 }  // namespace crvlib::internal

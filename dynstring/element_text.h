@@ -40,6 +40,28 @@ class ObjectText {
     return !Binary() && !Delimiter.odd() && (Delimiter.LenB() & 1) == 0 &&
            ((view_.AbsoluteStartB() | LengthB()) & 1) == 0;
   }
+  // The view's text as code units when the scan may search it so (as for
+  // UnitMode) and it lies in one piece of the buffer; false otherwise. One
+  // look at the buffer, for the scan's single steps.
+  bool UnitsInPlace(const String& Delimiter, std::u16string_view* units) {
+    DynStringBuf& b = view_.Buffer();
+    const int32_t a = view_.AbsoluteStartB();
+    const int32_t n = LengthB();
+    if (b.Binary() || Delimiter.odd() || ((a | n) & 1) != 0) return false;
+    const int32_t front = b.FrontLength();
+    if (n == 0) {
+      *units = {};
+    } else if (a + n <= front) {
+      *units = {reinterpret_cast<const char16_t*>(b.Front().data() + a),
+                static_cast<size_t>(n / 2)};
+    } else if (a >= front) {
+      *units = {reinterpret_cast<const char16_t*>(b.Back().data() + (a - front)),
+                static_cast<size_t>(n / 2)};
+    } else {
+      return false;
+    }
+    return true;
+  }
   // Whether Units() needs no rearranging of the buffer.
   bool Contiguous() {
     const DynStringBuf& b = view_.Buffer();
@@ -97,6 +119,15 @@ class PlainText {
  public:
   // `value` must outlive this object and have an even byte length.
   explicit PlainText(const String& value) : source_(&value) { ResetScanCache(cache_, LengthB()); }
+  // A host whose edits go straight into `*value` (even byte length), for a
+  // routine that hands its result back in the caller's string: one edit
+  // moves the text behind it once, in the string's own storage when it has
+  // room.
+  static PlainText EditingInPlace(String* value) {
+    PlainText t(*value);
+    t.target_ = value;
+    return t;
+  }
 
   int32_t LengthB() const { return static_cast<int32_t>(Units().size() * 2); }
   bool Binary() const { return false; }
@@ -105,6 +136,10 @@ class PlainText {
   ScanIndexSlot& IndexSlot() { return index_; }
   bool UnitMode(const String&) const { return true; }
   bool Contiguous() const { return true; }
+  bool UnitsInPlace(const String&, std::u16string_view* units) const {
+    *units = Units();
+    return true;
+  }
   std::u16string_view Units() const {
     return owned_ ? std::u16string_view(text_) : source_->view();
   }
@@ -141,7 +176,8 @@ class PlainText {
   }
   void MarkBinary() {}
 
-  // The text; moves it out when this object made its own copy.
+  // The text; moves it out when this object made its own copy. (Editing in
+  // place, the text is the caller's string itself.)
   String TakeValue() { return owned_ ? String(std::move(text_)) : *source_; }
 
  private:
@@ -153,6 +189,7 @@ class PlainText {
             int32_t Length);
 
   const String* source_;
+  String* target_ = nullptr;  // edits go here, when set
   std::u16string text_;
   bool owned_ = false;
   ScanCache cache_;

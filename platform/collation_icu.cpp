@@ -6,6 +6,7 @@
 #include <unicode/ucol.h>
 
 #include <memory>
+#include <new>
 
 #include "core/thread_state.h"
 #include "platform/collation.h"
@@ -41,6 +42,26 @@ int TextCompare(std::u16string_view a, std::u16string_view b) {
   UCollationResult r = ucol_strcoll(ThreadCollator(), a.data(), static_cast<int32_t>(a.size()),
                                     b.data(), static_cast<int32_t>(b.size()));
   return r == UCOL_LESS ? -1 : r == UCOL_GREATER ? 1 : 0;
+}
+
+void AppendSortKey(std::u16string_view s, std::string* out) {
+  UCollator* c = ThreadCollator();
+  const size_t at = out->size();
+  // Keys are about as long as their strings at secondary strength; one
+  // more call when the guess was short.
+  size_t room = s.size() * 2 + 16;
+  for (;;) {
+    out->resize(at + room);
+    const int32_t n =
+        ucol_getSortKey(c, s.data(), static_cast<int32_t>(s.size()),
+                        reinterpret_cast<uint8_t*>(out->data() + at), static_cast<int32_t>(room));
+    if (n <= 0) throw std::bad_alloc();  // ICU reports no other failure here
+    if (static_cast<size_t>(n) <= room) {
+      out->resize(at + static_cast<size_t>(n));
+      return;
+    }
+    room = static_cast<size_t>(n);
+  }
 }
 
 char16_t FoldCase(char16_t c) {

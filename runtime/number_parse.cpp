@@ -179,15 +179,7 @@ ParseStatus ScanNumber(std::u16string_view s, const LocaleSettings& locale, Deci
       char16_t c = s[i];
       if (c >= u'0' && c <= u'9') {
         any_digit = true;
-        if (n.count == 0 && c == u'0') {
-          if (point) --n.exponent;
-        } else if (n.count < DecimalNumber::kMaxDigits) {
-          n.digits[n.count++] = static_cast<char>(c);
-          if (point) --n.exponent;
-        } else {
-          if (c != u'0') n.inexact = true;
-          if (!point) ++n.exponent;
-        }
+        n.AddDigit(c, point);
         ++i;
       } else if (!point && (k = sep.Point(s, i))) {
         point = true;

@@ -44,6 +44,21 @@ struct DecimalNumber {
   bool inexact = false;  // nonzero digits beyond kMaxDigits were dropped
   int32_t exponent = 0;
   char digits[kMaxDigits];  // '0'..'9'
+
+  // Takes the next decimal digit '0'..'9', before or after the decimal
+  // point: leading zeros only move the exponent, and digits past kMaxDigits
+  // only scale it (and mark the number inexact when one is not zero).
+  void AddDigit(char16_t c, bool after_point) {
+    if (count == 0 && c == u'0') {
+      if (after_point) --exponent;
+    } else if (count < kMaxDigits) {
+      digits[count++] = static_cast<char>(c);
+      if (after_point) --exponent;
+    } else {
+      if (c != u'0') inexact = true;
+      if (!after_point) ++exponent;
+    }
+  }
 };
 
 // Reads `text` with the rules above into `out`; no heap use.

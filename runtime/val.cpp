@@ -72,15 +72,7 @@ ParseStatus TryVal(std::u16string_view text, double* out) {
   for (;; r.Next()) {
     c = r.Peek();
     if (c >= u'0' && c <= u'9') {
-      if (n.count == 0 && c == u'0') {
-        if (point) --n.exponent;
-      } else if (n.count < DecimalNumber::kMaxDigits) {
-        n.digits[n.count++] = static_cast<char>(c);
-        if (point) --n.exponent;
-      } else {
-        if (c != u'0') n.inexact = true;
-        if (!point) ++n.exponent;
-      }
+      n.AddDigit(c, point);
     } else if (c == u'.' && !point) {
       point = true;
     } else {

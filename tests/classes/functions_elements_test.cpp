@@ -238,6 +238,14 @@ TEST(FunctionsElements, ArrayConversions) {
   EXPECT_EQ(RaisedBy([&] { F::DynArrayToArray(u"a|b", u"|", a, vxArrayBaseEnum(INT_MAX)); }).number,
             6);  // the upper bound overflows
   EXPECT_EQ(a, (StringArray{0, {u"a", u""}}));
+  // A one-byte delimiter: the count splits the bytes ("a" and "\0b"), the
+  // runtime's Split sees no whole character to split at. Regression: the
+  // Split searched for an empty delimiter and ran out of memory.
+  const String bar_byte = String::FromBytes("|", 1);
+  EXPECT_EQ(F::DynArrayToArray(u"a|b", bar_byte, a), 2);
+  EXPECT_EQ(a, (StringArray{0, {u"a|b"}}));
+  EXPECT_EQ(F::DynArrayToArray(u"a|b", bar_byte, a, vxOneBased), 2);
+  EXPECT_EQ(a.items.size(), 2u);
 
   EXPECT_EQ(F::ArrayToDynArray(StringArray{0, {u"a", u"b"}}, u"|"), u"a|b");
   EXPECT_EQ(F::ArrayToDynArray(StringArray{0, {u""}}, u"|"), u"");

@@ -2,6 +2,8 @@
 
 #include "crvlib/string.h"
 #include "dynstring/dynamic_string_impl.h"
+#include "platform/collation.h"
+#include "runtime/compare.h"
 
 namespace crvlib::testing {
 namespace {
@@ -55,6 +57,42 @@ std::u16string NaiveInsert(std::u16string text, std::u16string_view delim, int32
   }
   for (int32_t i = n == 0 ? 1 : n; i < position; ++i) text += delim;
   return text + std::u16string(value);
+}
+
+int32_t NaiveLocate(std::u16string_view text, std::u16string_view delim, std::u16string_view find,
+                    int32_t position, int32_t match_type, int32_t case_type) {
+  const std::vector<std::u16string> elements = NaiveSplit(text, delim);
+  const bool text_mode = case_type == 0;
+  auto same = [&](std::u16string_view a) {
+    return text_mode ? internal::StrComp(a, find, internal::kTextCompare) == 0 : a == find;
+  };
+  auto folded = [](std::u16string_view s) {
+    std::u16string f(s);
+    for (char16_t& c : f) c = platform::FoldCase(c);
+    return f;
+  };
+  for (size_t k = size_t(position > 0 ? position : 1); k <= elements.size(); ++k) {
+    const std::u16string& e = elements[k - 1];
+    bool hit = false;
+    switch (match_type) {
+      case 0:
+        hit = same(e);
+        break;
+      case 1:
+        hit = same(e.size() < find.size() ? std::u16string() : e.substr(0, find.size()));
+        break;
+      case 2:
+        hit =
+            e.size() >= find.size() && same(std::u16string_view(e).substr(e.size() - find.size()));
+        break;
+      default:
+        hit = !e.empty() && e.size() >= find.size() &&
+              (text_mode ? folded(e).find(folded(find)) : e.find(find)) != std::u16string::npos;
+        break;
+    }
+    if (hit) return static_cast<int32_t>(k);
+  }
+  return 0;
 }
 
 int32_t NaiveInsertSorted(std::u16string& text, std::u16string_view delim,

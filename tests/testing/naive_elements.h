@@ -23,6 +23,13 @@ std::vector<std::u16string> NaiveSplit(std::u16string_view text, std::u16string_
 std::u16string NaiveInsert(std::u16string text, std::u16string_view delim, int32_t position,
                            std::u16string_view value, bool cache_at_end = false);
 
+// LocateElement: the first element at or after `position` (0 taken as 1)
+// whose candidate matches FindValue: the whole element, its first or last
+// find.size() units, or (substring) any place in it; case_type 1 compares
+// code units, 0 the locale's text order (case-folded units for substrings).
+int32_t NaiveLocate(std::u16string_view text, std::u16string_view delim, std::u16string_view find,
+                    int32_t position, int32_t match_type, int32_t case_type);
+
 // InsertElementSorted on a string: returns the position, updates `text`.
 int32_t NaiveInsertSorted(std::u16string& text, std::u16string_view delim,
                           std::u16string_view value, int32_t order, int32_t justification,
