@@ -247,27 +247,12 @@ class Parser {
 
   // One well-formed UTF-8 sequence of two to four bytes.
   bool ParseUtf8(std::u16string& out) {
-    auto b = static_cast<unsigned char>(*p_);
-    int extra = b >= 0xF0 ? 3 : b >= 0xE0 ? 2 : b >= 0xC2 ? 1 : 0;
-    if (extra == 0 || b > 0xF4 || end_ - p_ <= extra) return Fail("invalid UTF-8 in JSON string");
-    char32_t cp = b & (0x3F >> extra);
-    for (int i = 1; i <= extra; ++i) {
-      auto c = static_cast<unsigned char>(p_[i]);
-      if ((c & 0xC0) != 0x80) return Fail("invalid UTF-8 in JSON string");
-      cp = (cp << 6) | (c & 0x3F);
-    }
-    static constexpr char32_t kMin[] = {0, 0x80, 0x800, 0x10000};
-    if (cp < kMin[extra] || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) {
-      return Fail("invalid UTF-8 in JSON string");
-    }
-    p_ += extra + 1;
-    if (cp >= 0x10000) {
-      cp -= 0x10000;
-      out.push_back(static_cast<char16_t>(0xD800 + (cp >> 10)));
-      out.push_back(static_cast<char16_t>(0xDC00 + (cp & 0x3FF)));
-    } else {
-      out.push_back(static_cast<char16_t>(cp));
-    }
+    char32_t cp;
+    size_t length = internal::DecodeUtf8Sequence(reinterpret_cast<const unsigned char*>(p_),
+                                                 reinterpret_cast<const unsigned char*>(end_), cp);
+    if (length == 0) return Fail("invalid UTF-8 in JSON string");
+    p_ += length;
+    internal::AppendUtf16(out, cp);
     return true;
   }
 

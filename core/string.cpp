@@ -20,30 +20,17 @@ String String::FromUtf8(std::string_view utf8) {
       ++p;
       continue;
     }
-    int extra = b >= 0xF0 ? 3 : b >= 0xE0 ? 2 : b >= 0xC0 ? 1 : -1;
-    char32_t cp = extra == 3 ? (b & 0x07) : extra == 2 ? (b & 0x0F) : (b & 0x1F);
-    bool ok = extra > 0 && b < 0xF5 && end - p > extra;
-    for (int i = 1; ok && i <= extra; ++i) {
-      ok = (p[i] & 0xC0) == 0x80;
-      cp = (cp << 6) | (p[i] & 0x3F);
-    }
-    // Reject overlong forms, surrogates and values past U+10FFFF.
-    static constexpr char32_t kMin[] = {0, 0x80, 0x800, 0x10000};
-    if (ok) ok = cp >= kMin[extra] && cp <= 0x10FFFF && (cp < 0xD800 || cp > 0xDFFF);
-    if (!ok) {
+    char32_t cp;
+    size_t length = internal::DecodeUtf8Sequence(p, end, cp);
+    if (length == 0) {
+      // An ill-formed sequence becomes one U+FFFD with its continuation bytes.
       out.push_back(0xFFFD);
       ++p;
       while (p < end && (*p & 0xC0) == 0x80) ++p;
       continue;
     }
-    p += extra + 1;
-    if (cp >= 0x10000) {
-      cp -= 0x10000;
-      out.push_back(static_cast<char16_t>(0xD800 + (cp >> 10)));
-      out.push_back(static_cast<char16_t>(0xDC00 + (cp & 0x3FF)));
-    } else {
-      out.push_back(static_cast<char16_t>(cp));
-    }
+    p += length;
+    internal::AppendUtf16(out, cp);
   }
   return String(std::move(out));
 }

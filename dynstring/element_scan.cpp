@@ -34,6 +34,34 @@ bool SameUnits(const char16_t* a, const char16_t* b, size_t n) {
   return true;
 }
 
+#ifdef CRVLIB_ELEMENT_SSE2
+// Compares the eight code units at t + at against a one-unit delimiter, or
+// (with `pair`) the units at t + at and t + at + 1 against a two-unit one:
+// each 16-bit lane is all ones where an occurrence starts.
+class LaneMatcher {
+ public:
+  LaneMatcher(const char16_t* t, char16_t c0, char16_t c1, bool pair)
+      : t_(t),
+        k0_(_mm_set1_epi16(static_cast<short>(c0))),
+        k1_(_mm_set1_epi16(static_cast<short>(c1))),
+        pair_(pair) {}
+
+  __m128i operator()(size_t at) const {
+    const __m128i eq0 = _mm_cmpeq_epi16(Load(at), k0_);
+    return pair_ ? _mm_and_si128(eq0, _mm_cmpeq_epi16(Load(at + 1), k1_)) : eq0;
+  }
+
+ private:
+  __m128i Load(size_t at) const {
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(t_ + at));
+  }
+
+  const char16_t* t_;
+  __m128i k0_, k1_;
+  bool pair_;
+};
+#endif
+
 // The first occurrence of `d` starting in [from, until); `until` is at most
 // text.size() - d.size() + 1, so every candidate lies wholly in the text.
 size_t FindIn(std::u16string_view text, size_t from, size_t until, const UnitDelimiter& d) {
@@ -84,16 +112,8 @@ int64_t CountIn(std::u16string_view text, size_t a, size_t b, const UnitDelimite
 #ifdef CRVLIB_ELEMENT_SSE2
   // Each compare yields -1 per equal lane; subtracting accumulates counts in
   // eight 16-bit lanes, which cannot overflow within one chunk.
-  const __m128i k0 = _mm_set1_epi16(static_cast<short>(c0));
-  const __m128i k1 = _mm_set1_epi16(static_cast<short>(c1));
   __m128i acc = _mm_setzero_si128();
-  auto hits = [&](size_t at) {
-    const __m128i eq0 =
-        _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(t + at)), k0);
-    if (!pair) return eq0;
-    return _mm_and_si128(
-        eq0, _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(t + at + 1)), k1));
-  };
+  const LaneMatcher hits(t, c0, c1, pair);
   for (; i + 32 <= b; i += 32) {
     acc = _mm_sub_epi16(acc, hits(i));
     acc = _mm_sub_epi16(acc, hits(i + 8));
@@ -184,15 +204,7 @@ size_t CollectMatches(std::u16string_view text, size_t from, const UnitDelimiter
   const char16_t c1 = pair ? d.units()[1] : 0;
   size_t i = from;
 #ifdef CRVLIB_ELEMENT_SSE2
-  const __m128i k0 = _mm_set1_epi16(static_cast<short>(c0));
-  const __m128i k1 = _mm_set1_epi16(static_cast<short>(c1));
-  auto hits = [&](size_t at) {
-    const __m128i eq0 =
-        _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(t + at)), k0);
-    if (!pair) return eq0;
-    return _mm_and_si128(
-        eq0, _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(t + at + 1)), k1));
-  };
+  const LaneMatcher hits(t, c0, c1, pair);
   // With a pair, i + 16 <= until = size - 1 keeps the load at i + 9 inside.
   for (; i + 16 <= until; i += 16) {
     unsigned mask = static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(hits(i), hits(i + 8))));
