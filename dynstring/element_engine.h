@@ -597,6 +597,32 @@ inline bool GoesAfter(int32_t SortOrder, int32_t c) {
   return (SortOrder == vxAscending ? c : -c) >= 0;
 }
 
+// The binary search that places a new element among elements 1..n (n >= 1),
+// kept as it has always run: it gives up after n probes, and the last
+// comparison decides whether the element goes before or after the last
+// probed one. compare(k) compares the new value with element k. Returns the
+// position to insert at, or 0 when `reject_equal` and an equal element turned
+// up (a midpoint is never 0, since lo >= 1).
+template <class Compare>
+int32_t SortedPosition(int32_t n, int32_t SortOrder, bool reject_equal, Compare&& compare) {
+  int32_t lo = 1, hi = n, steps = 1, mid = 0, c = 0;
+  while (hi >= lo) {
+    mid = CheckedAdd(lo, hi) / 2;
+    c = compare(mid);
+    if (c == 0 && reject_equal) return 0;
+    if (GoesAfter(SortOrder, c)) {
+      lo = mid + 1;
+    } else {
+      hi = mid - 1;
+    }
+    if (++steps > n) {
+      mid = n;
+      break;
+    }
+  }
+  return GoesAfter(SortOrder, c) ? mid + 1 : mid;
+}
+
 template <class Text>
 int32_t InsertElementSorted(Text& t, const String& NewValue, const String& Delimiter,
                             int32_t SortOrder, int32_t Justification, int32_t CaseType,
@@ -617,25 +643,9 @@ int32_t InsertElementSorted(Text& t, const String& NewValue, const String& Delim
     InsertElement(t, NewValue, Delimiter, -1);
     return CheckedAdd(n, 1);
   }
-  int32_t lo = 1, hi = n, steps = 1, mid = 0;
-  while (hi >= lo) {
-    // A midpoint of 0 cannot occur (lo >= 1).
-    mid = CheckedAdd(lo, hi) / 2;
-    c = compare(mid);
-    if (c == 0 && AllowDuplication == vxNoDuplicates) return 0;
-    if (GoesAfter(SortOrder, c)) {
-      lo = mid + 1;
-    } else {
-      hi = mid - 1;
-    }
-    if (++steps > n) {
-      mid = n;
-      break;
-    }
-  }
-  if (GoesAfter(SortOrder, c)) ++mid;
-  InsertElement(t, NewValue, Delimiter, mid);
-  return mid;
+  const int32_t at = SortedPosition(n, SortOrder, AllowDuplication == vxNoDuplicates, compare);
+  if (at != 0) InsertElement(t, NewValue, Delimiter, at);
+  return at;
 }
 
 // The value SortElements gives the text: its elements inserted one by one,

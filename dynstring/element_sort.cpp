@@ -185,28 +185,16 @@ class RankedList {
 template <class Compare, class Empty>
 bool InsertReplayed(RankedList& list, uint32_t x, bool descending, Compare&& compare,
                     Empty&& empty) {
-  auto after = [&](int c) { return (descending ? -c : c) >= 0; };
+  const int32_t order = descending ? vxDescending : vxAscending;
   const size_t n = list.size();
-  int c = compare(x, list.At(n - 1));
-  if (after(c)) {
+  if (GoesAfter(order, compare(x, list.At(n - 1)))) {
     list.Insert(n, x);
     return false;
   }
-  size_t lo = 1, hi = n, steps = 1, mid = 0;
-  while (hi >= lo) {
-    mid = (lo + hi) / 2;
-    c = compare(x, list.At(mid - 1));
-    if (after(c)) {
-      lo = mid + 1;
-    } else {
-      hi = mid - 1;
-    }
-    if (++steps > n) {
-      mid = n;
-      break;
-    }
-  }
-  if (after(c)) ++mid;
+  const auto mid =
+      static_cast<size_t>(SortedPosition(static_cast<int32_t>(n), order, false, [&](int32_t k) {
+        return compare(x, list.At(static_cast<size_t>(k) - 1));
+      }));
   // InsertElement: position 1 prefixes; the position of an empty last
   // element is filled; beyond the end appends; otherwise it goes before.
   if (mid >= 2 && mid == n && empty(list.At(n - 1))) {
