@@ -10,34 +10,11 @@
 #include <cstdio>
 #include <limits>
 
+#include "runtime/date_time.h"
+
 namespace crvlib::cli {
 
 namespace {
-
-// Dates count days from 30 December 1899; the civil-day arithmetic follows
-// the proleptic Gregorian calendar (days since 1970-01-01).
-int64_t DaysFromCivil(int64_t y, int64_t m, int64_t d) {
-  y -= m <= 2;
-  int64_t era = (y >= 0 ? y : y - 399) / 400;
-  int64_t yoe = y - era * 400;
-  int64_t doy = (153 * (m + (m > 2 ? -3 : 9)) + 2) / 5 + d - 1;
-  int64_t doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
-  return era * 146097 + doe - 719468;
-}
-
-void CivilFromDays(int64_t z, int64_t* y, int64_t* m, int64_t* d) {
-  z += 719468;
-  int64_t era = (z >= 0 ? z : z - 146096) / 146097;
-  int64_t doe = z - era * 146097;
-  int64_t yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
-  int64_t doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
-  int64_t mp = (5 * doy + 2) / 153;
-  *d = doy - (153 * mp + 2) / 5 + 1;
-  *m = mp + (mp < 10 ? 3 : -9);
-  *y = yoe + era * 400 + (*m <= 2);
-}
-
-const int64_t kEpochDays = DaysFromCivil(1899, 12, 30);
 
 std::string KindOf(const Json& j) {
   switch (j.type) {
@@ -292,22 +269,11 @@ std::optional<Currency> ParseCurrency(std::string_view text) {
 }
 
 std::optional<std::string> FormatDate(Date d) {
-  // The automation range: 1 January 100 to 31 December 9999.
-  if (!(d.serial > -657435.0 && d.serial < 2958466.0)) return std::nullopt;
-  double whole = std::trunc(d.serial);
-  auto day = static_cast<int64_t>(whole);
-  auto seconds = static_cast<int64_t>(std::llround(std::fabs(d.serial - whole) * 86400));
-  if (seconds >= 86400) {  // rounds up to the next midnight
-    seconds -= 86400;
-    ++day;
-  }
-  int64_t y, m, dd;
-  CivilFromDays(day + kEpochDays, &y, &m, &dd);
-  if (y < 100 || y > 9999) return std::nullopt;
+  crvlib::internal::DateParts p;
+  if (!crvlib::internal::SplitDate(d.serial, &p)) return std::nullopt;
   char buf[32];
-  std::snprintf(buf, sizeof buf, "%04d-%02d-%02dT%02d:%02d:%02d", static_cast<int>(y),
-                static_cast<int>(m), static_cast<int>(dd), static_cast<int>(seconds / 3600),
-                static_cast<int>(seconds / 60 % 60), static_cast<int>(seconds % 60));
+  std::snprintf(buf, sizeof buf, "%04d-%02d-%02dT%02d:%02d:%02d", p.year, p.month, p.day, p.hour,
+                p.minute, p.second);
   return std::string(buf);
 }
 
@@ -335,15 +301,12 @@ std::optional<Date> ParseDate(std::string_view text) {
       return std::nullopt;
     }
   }
-  static constexpr int kMonthDays[] = {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  bool leap = (y % 4 == 0 && y % 100 != 0) || y % 400 == 0;
-  if (y < 100 || m < 1 || m > 12 || d < 1 || d > kMonthDays[m - 1] ||
-      (m == 2 && d == 29 && !leap) || hh > 23 || mm > 59 || ss > 59) {
+  if (y < 100 || d < 1 || d > crvlib::internal::DaysInMonth(y, m) || hh > 23 || mm > 59 ||
+      ss > 59) {
     return std::nullopt;
   }
-  auto days = static_cast<double>(DaysFromCivil(y, m, d) - kEpochDays);
-  double time = (hh * 3600 + mm * 60 + ss) / 86400.0;
-  return Date{days >= 0 ? days + time : days - time};
+  return Date{crvlib::internal::MakeDate(crvlib::internal::DaysFromCivil(y, m, d),
+                                         hh * 3600 + mm * 60 + ss)};
 }
 
 void AppendVariantJson(std::string& out, const Variant& v, bool ascii_only) {
