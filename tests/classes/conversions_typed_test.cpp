@@ -42,7 +42,6 @@ TEST_F(TypedTest, BooleanOutAnswersItsFormatsAndRewritesAnyOther) {
   constexpr Case kCases[] = {
       {true, u"T/F", u"T", u"T/F"},
       {false, u"y/n", u"n", u"y/n"},
-      {false, u"1/0", u"0", u"1/0"},
       {false, u"Yes/No", u"No", u"Yes/No"},
       {true, u"yes/no", u"True", u"True/False"},  // matched case and all
       {false, u"", u"False", u"True/False"},
