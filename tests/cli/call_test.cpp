@@ -25,7 +25,6 @@ TEST(Call, EscapesDecodeAndEncodeEveryCodeUnit) {
     std::u16string_view typed;
     std::u16string_view decoded;
   } cases[] = {
-      {u"\\xfe\\xFF", u"\u00FE\u00FF"},
       {u"\\u20ac\\uD800", u"\u20AC\xD800"},
       {u"\\n\\r\\t\\\\", u"\n\r\t\\"},
   };
@@ -68,7 +67,6 @@ TEST(Call, ArgumentsAreReadAsTheirParameterType) {
       {"Pick", 2, "TRUE", false, "true"},
       {"Pick", 2, "1", false, "error: expected True or False"},
       {"Twice", 0, "-32769", false, "error: expected an Integer"},
-      {"Half", 0, "1e-3", false, "0.001"},
       {"Half", 0, "1,5", false, "error: expected a number"},
       {"Cents", 0, "12.3456", false, R"({"Currency":"12.3456"})"},
       {"NextDay", 0, "2004-12-31T10:20:30", false, R"({"Date":"2004-12-31T10:20:30"})"},

