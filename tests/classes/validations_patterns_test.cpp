@@ -87,7 +87,6 @@ TEST(EmailAddressCheck, KeepsThePatternsQuirks) {
       {u"john@ex-ample.com", true},
       {u"john@example-.com", false},
       {u"john@#12.com", true},
-      {u"john@example.com and more", true},
       {u"jo hn@example.com", false},
       {u"john@@example.com", false},
       {u"@example.com", false},
