@@ -111,9 +111,10 @@ TEST(Matches, Pictures) {
   constexpr Case kCases[] = {
       {u"123-AB", u"3N'-'2A", true},
       {u"12-AB", u"3N'-'2A", false},
-      {u"AB1", u"2A", false},    // a character left over
-      {u"1", u"1N1N", false},    // the value ends first
-      {u"a1", u"1a1n", true},    // class letters in either case
+      {u"AB1", u"2A", false},  // a character left over
+      {u"1", u"1N1N", false},  // the value ends first
+      {u"a1", u"1a1n", true},  // class letters in either case
+      {u"1a", u"1x1X", true},
       {u"AB", u"0N2A", true},    // 0N takes nothing
       {u"123", u"0N3N", false},  // 0N takes everything and gives nothing back
       {u"abc123", u"0A0N", true},
@@ -126,7 +127,8 @@ TEST(Matches, Pictures) {
       {u"", u"3", true},
       {u"", u"3Z", true},
       {u"", u"0000000002147483647Z", true},
-      {u"'", u"''", true},  // an empty literal stands for the quote itself
+      {u"3", u"'3'", true},  // a quoted digit is a character, not a count
+      {u"'", u"''", true},   // an empty literal stands for the quote itself
       {u"a'b", u"'a'''b", true},
       {u"ab", u"'ab", false},  // a quote never closed
       {u"", u"2147483648N", false},
