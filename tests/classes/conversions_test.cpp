@@ -193,6 +193,7 @@ TEST_F(ConvertTest, CharacterCodes) {
           {u"a\tb\u00FF\u0100~\u007F", u"MCP", u"a.b.\u0100~."},  // by code page code
           {u"o'NEIL  mc-donald 2nd", u"MCT", u"O'neil  Mc-donald 2nd"},
           {u"  hello. WORLD", u"MCS", u"  Hello. world"},
+          {u"1ST place", u"MCS", u"1st place"},  // a digit still starts the sentence
           {u"FF", u"MCXD", u"255"},
           {u"ffffffff", u"MCXD", u"-1"},
           {u"-1", u"MCDX", u"FFFFFFFF"},

@@ -227,6 +227,7 @@ TEST(ValueJson, CurrencyAndDateTextForms) {
       {"-7.05", -70500},
       {"1.", std::nullopt},
       {".5", std::nullopt},
+      {"+1", std::nullopt},
       {"1.00000", std::nullopt},
       {"99999999999999999999", std::nullopt},
   };
