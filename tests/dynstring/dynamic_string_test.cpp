@@ -1,5 +1,5 @@
-// DynamicString members in tables grouped by member, then the notification
-// rules, byte mode, invalid views, the scan-cache rule and deep families.
+// DynamicString members in one table, then the notification rules, byte
+// mode, invalid views, the scan-cache rule and deep families.
 // Clamps of the editing members and Find are also driven at random against a
 // model (dynamic_string_model_test.cpp); the tables here hold what a model
 // run does not see: error sources, byte members, Extract, Match, Compare.
@@ -81,7 +81,11 @@ void RunCases(std::span<const Case> cases) {
   }
 }
 
-TEST(DynamicString, SubstringsAndEdits) {
+TEST(DynamicString, SubstringsEditsFindAndChangeAll) {
+  constexpr std::u16string_view t = u"abcabcABC";
+  auto change = [](const char16_t* o, const char16_t* n, int32_t case_type = 1) {
+    return [=](D& r) { EXPECT_TRUE(r.ChangeAll(o, n, vxCaseEnum(case_type)).Is(r)); };
+  };
   const Case kCases[] = {
       // SubString, Extract
       {"inside", u"abcdef", [](D& r) { return r.SubString(2, 2); }, u"4 4 cd"},
@@ -102,30 +106,17 @@ TEST(DynamicString, SubstringsAndEdits) {
       {"delete overflow", u"ab", [](D& r) { r.Delete(0, INT32_MAX); }, u"", Err(6, u"Delete")},
       {"replace overflow", u"ab", [](D& r) { r.Replace(u"X", 0, -1073741825); }, u"",
        Err(6, u"Replace")},
-  };
-  RunCases(kCases);
-}
-
-TEST(DynamicString, FindCountsFromTheRoot) {
-  constexpr std::u16string_view t = u"abcabcABC";
-  const Case kCases[] = {
-      {"view, bytes", t, [](D& r) { return r.SubString(3, 6).FindB(u"C"); }, u"16"},
-      {"bad case type", t, [](D& r) { r.Find(u"c", 0, 9, vxCaseEnum(3)); }, u"", Err(5, u"Find")},
-      {"bad case type, bytes", t, [](D& r) { r.FindB(u"c", 0, 9, vxCaseEnum(-1)); }, u"",
+      // Find and Match count from the root.
+      {"find in a view, bytes", t, [](D& r) { return r.SubString(3, 6).FindB(u"C"); }, u"16"},
+      {"find, bad case type", t, [](D& r) { r.Find(u"c", 0, 9, vxCaseEnum(3)); }, u"",
+       Err(5, u"Find")},
+      {"find bytes, bad case type", t, [](D& r) { r.FindB(u"c", 0, 9, vxCaseEnum(-1)); }, u"",
        Err(5, u"FindB")},
-      {"overflow", t, [](D& r) { r.Find(u"c", 1073741824); }, u"", Err(6, u"Find")},
+      {"find overflow", t, [](D& r) { r.Find(u"c", 1073741824); }, u"", Err(6, u"Find")},
       {"match", t, [](D& r) { return r.Match(u"a"); }, u"-1"},
       {"match bytes", t, [](D& r) { return r.MatchB(u".*", 1, 3, vxIgnoreCase); }, u"-1"},
       {"match overflow", t, [](D& r) { r.Match(u"b", INT32_MIN); }, u"", Err(6, u"Match")},
-  };
-  RunCases(kCases);
-}
-
-TEST(DynamicString, ChangeAll) {
-  auto change = [](const char16_t* o, const char16_t* n, int32_t case_type = 1) {
-    return [=](D& r) { EXPECT_TRUE(r.ChangeAll(o, n, vxCaseEnum(case_type)).Is(r)); };
-  };
-  const Case kCases[] = {
+      // ChangeAll
       {"empty old value", u"abc", change(u"", u"x"), u"", Err(5, u"ChangeAll")},
       {"bad case type", u"abc", change(u"b", u"x", 5), u"", Err(5, u"ChangeAll")},
       // On a view the root-relative hit (2) is taken as a view position (" a").
