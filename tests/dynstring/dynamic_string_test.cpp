@@ -1,5 +1,7 @@
-// DynamicString members in one table, then the notification rules, byte
-// mode, invalid views, the scan-cache rule and deep families.
+// DynamicString members in tables (the element members here only as they
+// forward, see the cache and raise; their engine is checked against naive
+// twins in element_engine_test.cpp), then the notification rules, byte mode,
+// invalid views, the scan-cache rule and deep families.
 // Clamps of the editing members and Find are also driven at random against a
 // model (dynamic_string_model_test.cpp); the tables here hold what a model
 // run does not see: error sources, byte members, Extract, Match, Compare.
@@ -125,6 +127,73 @@ TEST(DynamicString, SubstringsEditsFindAndChangeAll) {
   RunCases(kCases);
 }
 
+TEST(DynamicString, ElementMembers) {
+  const Case kCases[] = {
+      {"count, empty", u"", [](D& r) { return r.CountElements(u"|"); }, u"0"},
+      {"count", u"a||b", [](D& r) { return r.CountElements(u"|"); }, u"3"},
+      {"insert past the end", u"a|b", [](D& r) { return r.InsertElement(u"x", u"|", 4); },
+       u"0 12 a|b||x"},
+      {"insert", u"a|b", [](D& r) { return r.InsertElement(u"x", u"|", 2); }, u"0 10 a|x|b"},
+      {"delete", u"a|b|c", [](D& r) { return r.DeleteElement(u"|", 3); }, u"0 6 a|b"},
+      {"sort", u"b|a|c", [](D& r) { return r.SortElements(u"|", vxDescending); }, u"0 10 c|b|a"},
+      {"sorted insert, defaults", u"2|9", [](D& r) { return r.InsertElementSorted(u"10", u"|"); },
+       u"1"},
+      {"sorted insert, numbers", u"2|9",
+       [](D& r) { return r.InsertElementSorted(u"10", u"|", vxAscending, vxRightJustify); }, u"3"},
+      {"locate", u"a|b", [](D& r) { return r.LocateElement(u"b", u"|"); }, u"2"},
+      {"replace element -1", u"a", [](D& r) { r.ReplaceElement(u"x", u"|", -1); }, u"",
+       Err(5, u"ReplaceElement")},
+      {"locate by regex", u"a", [](D& r) { r.LocateElement(u"b", u"|", 0, vxRegexMatch); }, u"",
+       Err(5, u"LocateElement")},
+      {"extract element -2", u"a", [](D& r) { r.ExtractElement(u"|", -2); }, u"",
+       Err(5, u"ExtractElement")},
+      {"delete element -2", u"a", [](D& r) { r.DeleteElement(u"|", -2); }, u"",
+       Err(5, u"DeleteElement")},
+      {"insert below -1, no delimiter", u"a|b", [](D& r) { r.InsertElement(u"x", u"", -3); }, u"",
+       Err(5, u"Scan")},
+  };
+  RunCases(kCases);
+}
+
+TEST(DynamicString, LastElementDependsOnTheCache) {
+  D d = Make(u"a|b");
+  bool eof = false;
+  EXPECT_EQ(d.ExtractElement(u"|", -1, eof).Value(), u"b");
+  EXPECT_TRUE(eof);  // -1 always reports the end
+  EXPECT_EQ(d.CountElements(u"|"), 2);
+  D end = d.ExtractElement(u"|", -1);
+  EXPECT_EQ(end.Value(), u"");  // the cache knows the end: an empty view there
+  EXPECT_EQ(end.StartB(), 6);
+  eof = false;
+  EXPECT_EQ(d.ExtractElement(u"|", 1, eof).Value(), u"a");
+  EXPECT_FALSE(eof);
+  EXPECT_EQ(d.ExtractElement(u"|", 5, eof).Value(), u"");
+  EXPECT_TRUE(eof);
+  d.ExtractElement(u"|", 1, eof);
+  EXPECT_TRUE(eof);  // never cleared
+  // Below -1 an insertion goes before the last element, or at the very end
+  // once the cache knows it.
+  EXPECT_EQ(Make(u"a|b").InsertElement(u"x", u"|", -3).Value(), u"a|x|b");
+  EXPECT_EQ(Make(u"a|").InsertElement(u"x", u"|", -3).Value(), u"a|x");
+  d.SetValue(u"a|b");
+  d.CountElements(u"|");
+  EXPECT_EQ(d.InsertElement(u"x", u"|", -3).Value(), u"a|bx");
+}
+
+TEST(DynamicString, ElementViewsAreLiveAndEditsKeepTheWalk) {
+  D d = Make(u"aa|bb|cc");
+  D b = d.ExtractElement(u"|", 2);
+  d.ReplaceElement(u"X", u"|", 1);
+  EXPECT_EQ(b.Value(), u"bb");
+  EXPECT_EQ(b.Start(), 2);
+  // Editing each element in turn stays on the walk: the edit at the cached
+  // element's start backs the cache up by one.
+  for (int32_t i = 1; i <= 3; ++i)
+    d.ReplaceElement(u"<" + d.ExtractElement(u"|", i).Value().ToU16() + u">", u"|", i);
+  EXPECT_EQ(d.Value(), u"<X>|<bb>|<cc>");
+  EXPECT_EQ(d.ExtractElement(u"|", 0).Value(), u"<X>|<bb>|<cc>");
+}
+
 TEST(DynamicString, CompareCrossesItsOptions) {
   auto cmp = [](const char16_t* other, int32_t case_type = 1, int32_t justification = 0) {
     return [=](D& r) {
@@ -208,6 +277,7 @@ TEST(DynamicString, InvalidViewsRefuseAllButAFewMembers) {
       [&] { view.Match(u"x"); },
       [&] { view.ChangeAll(u"a", u"b"); },
       [&] { view.Compare(u"x"); },
+      [&] { view.CountElements(u"|"); },
       [&] { child.Length(); },
   };
   for (const auto& call : kRefused) EXPECT_EQ(RaisedBy(call), Err(kInvalidView, u"ValidateState"));
@@ -217,6 +287,7 @@ TEST(DynamicString, InvalidViewsRefuseAllButAFewMembers) {
   EXPECT_EQ(root.Value().ToU16(), u"abxcdef");
   EXPECT_EQ(view.Value().ToU16(), u"bxc");  // its stale range, read as it is
   EXPECT_EQ(view.MatchB(u"x"), -1);
+  EXPECT_EQ(view.MatchElement(u"x", u"|"), 0);
   EXPECT_EQ(view.Clone().Value().ToU16(), u"bxc");
   EXPECT_TRUE(view.Clone().Parent().IsNothing());
   view.SetBinary(true);
