@@ -1,10 +1,10 @@
 // DynamicString members in tables (the element members here only as they
 // forward, see the cache and raise; their engine is checked against naive
-// twins in element_engine_test.cpp), then the notification rules, byte mode,
-// invalid views, the scan-cache rule and deep families.
-// Clamps of the editing members and Find are also driven at random against a
-// model (dynamic_string_model_test.cpp); the tables here hold what a model
-// run does not see: error sources, byte members, Extract, Match, Compare.
+// twins in element_engine_test.cpp), then byte mode, invalid views, the
+// scan-cache rule and deep families. Edits, clamps, Find and how views
+// follow or die of edits are driven at random against a model
+// (dynamic_string_model_test.cpp); the tables here hold what a model run
+// does not see: error sources, byte members, Extract, Match, Compare.
 #include "crvlib/dynamic_string.h"
 
 #include <gtest/gtest.h>
@@ -293,57 +293,6 @@ TEST(DynamicString, InvalidViewsRefuseAllButAFewMembers) {
   view.SetBinary(true);
   EXPECT_TRUE(root.Binary());
   EXPECT_EQ(RaisedBy([&] { root.Parent().Value(); }).number, 91);  // a root's parent is Nothing
-}
-
-TEST(DynamicString, ViewsFollowEditsBeforeThemAndDieOfEditsInside) {
-  // Each row edits "0123456789" holding one view (which has an empty child)
-  // and says where the view ends up (-1: invalid, with its child).
-  struct Case {
-    const char* name;
-    int32_t view_start, view_length;
-    std::u16string_view value;
-    int32_t edit_start, edit_length, want_start;
-  };
-  constexpr Case kCases[] = {
-      {"insert at its start moves it", 2, 3, u"X", 2, 0, 3},
-      {"insert at its end leaves it", 2, 3, u"X", 5, 0, 2},
-      {"insert inside", 2, 3, u"X", 3, 0, -1},
-      {"empty insert inside", 2, 3, u"", 3, 0, -1},
-      {"delete before moves it back", 2, 3, u"", 0, 2, 0},
-      {"delete over its start", 2, 3, u"", 1, 2, -1},
-      {"replace exactly it", 2, 3, u"XYZ", 2, 3, -1},
-      {"empty view at an insertion point stays", 2, 0, u"X", 2, 0, 2},
-      {"empty view inside a deletion", 2, 0, u"", 1, 2, -1},
-  };
-  for (const Case& c : kCases) {
-    SCOPED_TRACE(c.name);
-    D r = Make(u"0123456789");
-    D v = r.SubString(c.view_start, c.view_length);
-    D grandchild = v.SubString(0, 0);
-    const String before = v.Value();
-    r.Replace(String(c.value), c.edit_start, c.edit_length);
-    EXPECT_EQ(v.impl().Invalid(), c.want_start < 0);
-    EXPECT_EQ(grandchild.impl().Invalid(), c.want_start < 0);
-    EXPECT_TRUE(c.want_start < 0 || (v.Start() == c.want_start && v.Value() == before));
-  }
-}
-
-TEST(DynamicString, AParentSeesTheWholeEditedChildAsTheEdit) {
-  D root = Make(u"0123456789");
-  D a = root.SubString(2, 6);  // "234567"
-  D b = a.SubString(1, 2);     // "34"
-  D c = root.SubString(5, 3);  // "567": overlaps a, not b
-  D d = root.SubString(3, 3);  // "345": overlaps b
-  D e = a.SubString(3, 2);     // "56": b's sibling
-  b.Insert(u"x", 0);
-  EXPECT_EQ(root.Value().ToU16(), u"012x3456789");
-  // Beside a, the edit is all of b's old range [3, 5): c lies after it and
-  // moves, d overlaps it and dies though the insertion was at d's start.
-  // Beside b, the edit is the insertion point: e moves.
-  EXPECT_EQ(c.Start(), 6);
-  EXPECT_TRUE(d.impl().Invalid());
-  EXPECT_EQ(e.Start(), 4);
-  EXPECT_EQ(a.Value().ToU16(), u"2x34567");
 }
 
 TEST(DynamicStringImpl, EditsKeepOrResetTheScanCache) {
