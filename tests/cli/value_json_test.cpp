@@ -105,9 +105,11 @@ TEST(ValueJson, TheReaderRefusesWhatIsNotStrictJson) {
       {R"("\u12G4")", "bad \\u escape"},
       {"\"a\tb\"", "control character"},
       {"\"\xFF\"", "invalid UTF-8"},
-      {"\"\xC0\xAF\"", "invalid UTF-8"},      // overlong
-      {"\"\xED\xA0\x80\"", "invalid UTF-8"},  // a surrogate in UTF-8
-      {"\"\xE2\x82\"", "invalid UTF-8"},      // cut short
+      {"\"\xC0\xAF\"", "invalid UTF-8"},          // overlong
+      {"\"\xE0\x80\xAF\"", "invalid UTF-8"},      // overlong at three bytes
+      {"\"\xF4\x90\x80\x80\"", "invalid UTF-8"},  // past U+10FFFF
+      {"\"\xED\xA0\x80\"", "invalid UTF-8"},      // a surrogate in UTF-8
+      {"\"\xE2\x82\"", "invalid UTF-8"},          // cut short
       {R"({"a":1,"a":2})", "duplicate key"},
       {std::string(65, '[') + std::string(65, ']'), "deeper than 64"},
   };
