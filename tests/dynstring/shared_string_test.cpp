@@ -2,6 +2,7 @@
 // process that creates the same name.
 #include "crvlib/shared_string.h"
 
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -113,6 +114,24 @@ TEST(SharedString, TwoProcessesSeeEachOthersWrites) {
   }
   EXPECT_FALSE(Exists(name));
   for (int fd : {to_parent[0], to_parent[1], to_child[0], to_child[1]}) ::close(fd);
+}
+
+TEST(SharedString, AKilledLastUserLeavesNothingBehind) {
+  const String name = UniqueName("killed");
+  pid_t child = Spawn([&] {
+    SharedString s;
+    s.Create(name);
+    s.SetItem(u"abandoned");
+    ::raise(SIGKILL);
+    return 1;
+  });
+  ASSERT_GT(child, 0);
+  ::waitpid(child, nullptr, 0);
+  SharedString s;
+  s.Create(name);
+  EXPECT_EQ(s.Item(), u"");  // nobody maps it any more: it counts as new
+  s = SharedString();
+  EXPECT_FALSE(Exists(name));
 }
 
 }  // namespace
