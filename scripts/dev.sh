@@ -29,7 +29,11 @@ install_missing() {
 
 build() {  # build DIR [cmake options...]
   local dir=$1; shift
-  cmake -S . -B "$dir" -G Ninja "$@" >/dev/null
+  # ccache, when installed, makes rebuilds of unchanged units free.
+  command -v ccache >/dev/null && set -- -DCMAKE_CXX_COMPILER_LAUNCHER=ccache "$@"
+  # Configure quietly, but show everything when it fails.
+  local log
+  log=$(cmake -S . -B "$dir" -G Ninja "$@" 2>&1) || { printf '%s\n' "$log" >&2; return 1; }
   cmake --build "$dir" -j "$JOBS"
 }
 
