@@ -15,9 +15,9 @@
 // x:\rest where only the folders matter. A file name whose first folder is
 // "my documents" (any case) takes its drive and path from the documents
 // folder: element 1 and element 2 by ":" of that folder's path. On a system
-// whose paths have no drive letter ("/home/ann/Documents/") that makes the
-// whole folder the drive and leaves the path empty; the rule is applied as it
-// stands there too.
+// whose paths have no drive letter ("/home/ann/Documents/") that rule would
+// make the whole folder the drive, so there the drive is empty and the path
+// and the full path are the folder exactly as GetMyDocumentsPath gives it.
 #include <string>
 #include <string_view>
 #include <utility>
@@ -85,6 +85,19 @@ String WithTrailingBackslash(const String& path) {
   return String(path.ToU16() + u"\\");
 }
 
+// The drive, the path and the full path of a "my documents" name.
+String DocumentsDrive() {
+  return platform::PathsHaveDriveLetters() ? DocumentsPart(1) : String();
+}
+String DocumentsPath() {
+  if (!platform::PathsHaveDriveLetters()) return Functions::GetMyDocumentsPath();
+  return WithTrailingBackslash(DocumentsPart(2));
+}
+String DocumentsFullPath() {
+  if (!platform::PathsHaveDriveLetters()) return Functions::GetMyDocumentsPath();
+  return WithTrailingBackslash(Functions::GetMyDocumentsPath());
+}
+
 // The text after the last backslash, or the whole file name.
 String LastOf(DynamicString& s) {
   return Element(s, kBackslash, s.CountElements(kBackslash));
@@ -97,7 +110,7 @@ String DriveOf(DynamicString& s, bool unc) {
     if (internal::IsNumeric(drive.view())) return String();  // 1:\x has no drive
     return drive;
   }
-  if (StartsInMyDocuments(s)) return DocumentsPart(1);
+  if (StartsInMyDocuments(s)) return DocumentsDrive();
   return String();
 }
 
@@ -108,7 +121,7 @@ String PathOf(DynamicString& s, const String& last) {
     const String head = s.Extract(0, s.Length() - last.Len());
     return WithTrailingBackslash(Functions::Field(head, u":", 2, 1));
   }
-  if (StartsInMyDocuments(s)) return WithTrailingBackslash(DocumentsPart(2));
+  if (StartsInMyDocuments(s)) return DocumentsPath();
   return String();
 }
 
@@ -150,7 +163,7 @@ String Functions::ParseGetFullPath(const String& FileName) {
     DynamicString s = Load(FileName, UncForm::kAsIs);
     const String last = LastOf(s);
     if (HasColon(s)) return WithTrailingBackslash(s.Extract(0, s.Length() - last.Len()));
-    if (StartsInMyDocuments(s)) return WithTrailingBackslash(GetMyDocumentsPath());
+    if (StartsInMyDocuments(s)) return DocumentsFullPath();
     return String();
   });
 }

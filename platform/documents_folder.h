@@ -16,6 +16,10 @@ namespace crvlib::platform {
 // is no home folder, or the folder cannot be created or is not a folder.
 std::string DocumentsFolder();
 
+// Whether this system's paths begin with a drive letter ("C:\\..."). Where
+// they do not, a documents folder has no drive to split off.
+bool PathsHaveDriveLetters();
+
 }  // namespace crvlib::platform
 
 #endif  // CRVLIB_PLATFORM_DOCUMENTS_FOLDER_H_

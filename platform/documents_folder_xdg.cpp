@@ -119,4 +119,8 @@ std::string DocumentsFolder() {
   return folder;
 }
 
+bool PathsHaveDriveLetters() {
+  return false;
+}
+
 }  // namespace crvlib::platform

@@ -120,7 +120,8 @@ class Functions {
   // Value without every occurrence of the first character of Character.
   static String StripChar(const String& Value, const String& Character);
   // Replaces every character of code OldCharASCII by the one of NewCharASCII.
-  // Never returns when both codes name the same character and Value holds it.
+  // Deliberately never returns (it loops for ever) when both codes name the
+  // same character and Value holds it: a caller must not pass two equal codes.
   static String Swap(const String& Value, int16_t OldCharASCII, int16_t NewCharASCII);
   // Count elements from Position, joined by Delimiter.
   //   Field(u"a|b|c", u"|", 2, 2) == u"b|c"
@@ -195,10 +196,13 @@ class Functions {
 
   // The whole content of a text file, through the code page.
   static String OpenTextFile(const String& FileName);
-  // Writes Text and a CR LF to FileName, replacing the file.
+  // Writes Text and a CR LF to FileName, replacing the file. The file is
+  // truncated first and then written, so a write that fails part-way (a full
+  // disk, say) leaves a partial file behind.
   static void SaveTextFile(const String& FileName, const String& Text);
   // Waits TimePeriod milliseconds on the seconds-since-midnight timer,
-  // yielding the processor each round.
+  // yielding the processor each round. A wait whose end falls at or after
+  // midnight never returns, as the timer starts again from 0 there.
   static void Pause(int32_t TimePeriod);
   // A currency amount in English words for cheque printing.
   static String NumToWords(Currency Amount);

@@ -34,7 +34,11 @@ class SharedString {
 
   // Maps the section `Name` of `Size` bytes, creating it (empty) when it
   // does not exist yet and keeping its content when it does. An empty Name
-  // raises 5; a failing system call raises the system's error code.
+  // raises 5; a failing system call raises the system's error code. Size 0
+  // gives a section that holds only the empty string; a negative Size raises
+  // 5. Calling Create again on the same object maps the new section and lets
+  // go of this object's mapping of the first one, which stays alive for its
+  // other users (and disappears when it has none).
   void Create(const String& Name, int32_t Size = 65535);
 
   // The stored string (the default member). Before a successful Create both

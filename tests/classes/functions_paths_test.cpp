@@ -101,24 +101,24 @@ TEST(Paths, MyDocumentsTakesDriveAndPathFromTheDocumentsFolder) {
   ASSERT_FALSE(home.empty());
   ScopedEnv set_home("HOME", home.c_str()), no_config("XDG_CONFIG_HOME", nullptr);
 
-  // A folder path without a colon: element 1 by ":" is the whole folder, so
-  // it stands as the drive, and element 2 (the path) is empty.
+  // Paths here have no drive letter: the drive is empty and the path and
+  // the full path are the folder as GetMyDocumentsPath gives it.
   const std::u16string docs = U16(home + "/Documents/");
   ASSERT_EQ(Functions::GetMyDocumentsPath(), docs);
-  ExpectSplit({u"My Documents\\report.doc", docs, u"", docs + u"\\", u"report", u"report.doc",
-               u"doc", u""});
+  ExpectSplit(
+      {u"My Documents\\report.doc", u"", docs, docs, u"report", u"report.doc", u"doc", docs});
   // The folders after "my documents" are not added.
-  ExpectSplit({u"my documents\\sub\\f.txt", docs, u"", docs + u"\\", u"f", u"f.txt", u"txt", u""});
-  // Without a backslash, ParseFileName's path is the root once a drive is found.
-  ExpectSplit({u"MY DOCUMENTS", docs, u"", docs + u"\\", u"MY DOCUMENTS", u"MY DOCUMENTS",
-               u"MY DOCUMENTS", u"\\"});
+  ExpectSplit({u"my documents\\sub\\f.txt", u"", docs, docs, u"f", u"f.txt", u"txt", docs});
+  // Without a backslash there is no path, and no drive to give a root.
+  ExpectSplit(
+      {u"MY DOCUMENTS", u"", u"", docs, u"MY DOCUMENTS", u"MY DOCUMENTS", u"MY DOCUMENTS", u""});
   ExpectSplit({u"My Docs\\x.txt", u"", u"", u"", u"x", u"x.txt", u"txt", u""});
 
-  // A folder with a drive-like part: cut at its first colon.
+  // A colon inside the folder is no drive separator.
   SetDocuments(home, "/C:/Users/ann");
-  ASSERT_EQ(Functions::GetMyDocumentsPath(), U16(home + "/C:/Users/ann/"));
-  ExpectSplit({u"My Documents\\report.doc", U16(home + "/C"), u"/Users/ann/\\",
-               U16(home + "/C:/Users/ann/\\"), u"report", u"report.doc", u"doc", u"/Users/ann/\\"});
+  const std::u16string odd = U16(home + "/C:/Users/ann/");
+  ASSERT_EQ(Functions::GetMyDocumentsPath(), odd);
+  ExpectSplit({u"My Documents\\report.doc", u"", odd, odd, u"report", u"report.doc", u"doc", odd});
 
   // No documents folder (the name is taken by a file): empty drive and path.
   std::ofstream(home + "/taken") << "x";

@@ -71,6 +71,24 @@ TEST(SharedString, CreateAgainMovesToTheNewSection) {
   EXPECT_NE(RaisedBy([&] { s.Create(String(std::u16string(300, u'x'))); }).number, 0);
   s.SetItem(u"two");  // a failed Create leaves the object on its section
   EXPECT_EQ(s.Item(), u"two");
+
+  // A section with another user outlives this object's move away from it.
+  const String shared = UniqueName("again-3");
+  SharedString other;
+  other.Create(shared);
+  s.Create(shared);
+  s.SetItem(u"three");
+  s.Create(UniqueName("again-4"));
+  EXPECT_TRUE(Exists(shared));
+  EXPECT_EQ(other.Item(), u"three");
+}
+
+TEST(SharedString, SizeZeroHoldsOnlyTheEmptyString) {
+  SharedString s;
+  s.Create(UniqueName("zero"), 0);
+  s.SetItem(u"");
+  EXPECT_EQ(s.Item(), u"");
+  EXPECT_EQ(RaisedBy([&] { s.SetItem(u"a"); }), Raised(6, u"CRVLIB.SharedString::Item"));
 }
 
 // Runs `body` in a child process and returns the child's id; the child's
