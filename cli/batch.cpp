@@ -5,6 +5,9 @@
 // object go.
 #include "cli/batch.h"
 
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstring>
 #include <new>
 #include <vector>
@@ -127,15 +130,33 @@ void BatchSession::CheckNewName(const std::string& name) const {
   }
 }
 
+void BatchSession::Name(const std::string& name, const Object& object) {
+  Unname(name);
+  names_.emplace(name, object);
+  if (!object.IsNothing()) names_of_[object.Identity()].insert(name);
+}
+
+bool BatchSession::Unname(std::string_view name) {
+  auto it = names_.find(name);
+  if (it == names_.end()) return false;
+  if (!it->second.IsNothing()) {
+    auto names = names_of_.find(it->second.Identity());
+    names->second.erase(it->first);
+    if (names->second.empty()) names_of_.erase(names);
+  }
+  names_.erase(it);
+  return true;
+}
+
 std::string BatchSession::NameOf(const Object& object) {
-  for (const auto& [name, held] : names_) {
-    if (held == object) return name;
+  if (auto it = names_of_.find(object.Identity()); it != names_of_.end()) {
+    return *it->second.begin();
   }
   std::string name;
   do {
     name = "obj" + std::to_string(++made_up_);
   } while (names_.contains(name));
-  names_.emplace(name, object);
+  Name(name, object);
   return name;
 }
 
@@ -158,9 +179,7 @@ std::string BatchSession::Invoke(std::string_view owner, const MemberInfo& membe
       [&](const ParamInfo& p, size_t i) { return ArgumentFromJson(args[i], p, resolve); });
   Value result = member.invoke(target.has_self ? &target.self : nullptr, values);
 
-  if (as) {
-    names_.insert_or_assign(*as, std::get<Object>(result));
-  }
+  if (as) Name(*as, std::get<Object>(result));
   ObjectNamer name_of = [&](const Object& o) { return as ? *as : NameOf(o); };
   std::string out = "{\"result\":";
   if (member.result.kind == TypeKind::kVoid) {
@@ -237,7 +256,7 @@ std::string BatchSession::New(const Json& request) {
   Object object = cls->factory();
   std::string name;
   if (as) {
-    names_.insert_or_assign(*as, object);
+    Name(*as, object);
     name = *as;
   } else {
     name = NameOf(object);
@@ -252,15 +271,16 @@ std::string BatchSession::Release(const Json& request) {
   CheckKeys(request, {"release"});
   std::string name_text;
   const std::string& name = StringMember(request, "release", &name_text);
-  if (names_.erase(name) == 0) throw UsageError("there is no object named \"" + name + "\"");
+  if (!Unname(name)) throw UsageError("there is no object named \"" + name + "\"");
   return "{\"result\":null}";
 }
 
-void RunBatch(const Surface& surface, std::FILE* in, std::FILE* out) {
+bool RunBatch(const Surface& surface, int in, std::FILE* out, std::string* failure) {
   BatchSession session(surface);
   std::string line;
   bool too_long = false;
   bool first_line = true;
+  // Answers the line held; false when the answer cannot be written.
   auto answer = [&] {
     std::string_view text = line;
     if (first_line && text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);  // a BOM
@@ -272,18 +292,29 @@ void RunBatch(const Surface& surface, std::FILE* in, std::FILE* out) {
     } else if (text.find_first_not_of(" \t\r") != std::string_view::npos) {
       response = session.Answer(text);
     }
-    if (!response.empty()) {
-      response.push_back('\n');
-      std::fwrite(response.data(), 1, response.size(), out);
-      std::fflush(out);
-    }
     line.clear();
     too_long = false;
+    if (response.empty()) return true;
+    response.push_back('\n');
+    if (std::fwrite(response.data(), 1, response.size(), out) == response.size() &&
+        std::fflush(out) == 0) {
+      return true;
+    }
+    *failure = std::string("cannot write an answer: ") + std::strerror(errno);
+    return false;
   };
+  // One read(2) takes what has arrived, up to the buffer's size, without
+  // waiting for more: a request is answered while its sender waits.
   std::vector<char> buffer(size_t{1} << 16);
-  size_t n;
   bool pending = false;  // bytes of an unfinished line were read
-  while ((n = std::fread(buffer.data(), 1, buffer.size(), in)) > 0) {
+  for (;;) {
+    ssize_t n = ::read(in, buffer.data(), buffer.size());
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) {
+      *failure = std::string("cannot read the requests: ") + std::strerror(errno);
+      return false;
+    }
+    if (n == 0) break;
     const char* p = buffer.data();
     const char* end = p + n;
     while (p < end) {
@@ -301,12 +332,12 @@ void RunBatch(const Surface& surface, std::FILE* in, std::FILE* out) {
       p += len;
       if (nl) {
         ++p;
-        answer();
         pending = false;
+        if (!answer()) return false;
       }
     }
   }
-  if (pending) answer();
+  return !pending || answer();
 }
 
 }  // namespace crvlib::cli

@@ -20,9 +20,11 @@
 #include <cstddef>
 #include <cstdio>
 #include <map>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 #include "cli/json.h"
 #include "cli/surface.h"
@@ -56,18 +58,29 @@ class BatchSession {
   Target FindTarget(std::string_view owner) const;
   std::string Invoke(std::string_view owner, const MemberInfo& member, const Target& target,
                      std::span<const Json> args, const std::string* as);
+  // The name `object` is written under: its first name, or a new one.
   std::string NameOf(const Object& object);
   void CheckNewName(const std::string& name) const;
+  // Gives `object` the name `name`, dropping what the name held before.
+  void Name(const std::string& name, const Object& object);
+  // Drops the name; false when there is no such name.
+  bool Unname(std::string_view name);
 
   const Surface& surface_;
   std::map<std::string, Object, std::less<>> names_;
+  // The names of each named object (by its identity), kept in step with
+  // names_ so that finding an object's name does not scan every name.
+  std::unordered_map<const void*, std::set<std::string, std::less<>>> names_of_;
   int made_up_ = 0;
 };
 
-// Answers every line of `in` on `out`, flushing after each answer. Blank
-// lines are skipped; a line longer than kMaxBatchLine answers an error
-// without being held in memory.
-void RunBatch(const Surface& surface, std::FILE* in, std::FILE* out);
+// Answers every complete line of the descriptor `in` on `out` as soon as it
+// has arrived, flushing after each answer, so a program can send one request
+// and wait for its answer. Blank lines are skipped; a line longer than
+// kMaxBatchLine answers an error without being held in memory. Returns false,
+// with the reason in `failure`, when `in` cannot be read or an answer cannot
+// be written; the session stops there.
+bool RunBatch(const Surface& surface, int in, std::FILE* out, std::string* failure);
 
 }  // namespace crvlib::cli
 

@@ -1,6 +1,7 @@
 // One call from the command line, the member listing and the help text.
 #include "cli/commands.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <vector>
 
@@ -28,8 +29,77 @@ class MadeUpNames {
 };
 
 int Usage(Output& output, const std::string& message) {
-  output.err += "crv: " + message + "\n";
+  output.err += "crv: " + EscapeControls(String::FromUtf8(message).view()) + "\n";
   return kExitUsage;
+}
+
+// "error NUMBER (SOURCE): DESCRIPTION" on one line: a description may hold a
+// line end, which would otherwise garble the line on a terminal.
+std::string ErrorLine(const Error& e, bool escapes) {
+  auto text = [&](const String& s) {
+    return escapes ? EscapeText(s.view()) : EscapeControls(s.view());
+  };
+  return "error " + std::to_string(e.Number()) + " (" + text(e.Source()) +
+         "): " + text(e.Description()) + "\n";
+}
+
+const char* VarTypeName(VarType t) {
+  switch (t) {
+    case VarType::kEmpty:
+      return "Empty";
+    case VarType::kNull:
+      return "Null";
+    case VarType::kInteger:
+      return "Integer";
+    case VarType::kLong:
+      return "Long";
+    case VarType::kDouble:
+      return "Double";
+    case VarType::kCurrency:
+      return "Currency";
+    case VarType::kDate:
+      return "Date";
+    case VarType::kString:
+      return "String";
+    case VarType::kBoolean:
+      return "Boolean";
+  }
+  return "Variant";
+}
+
+// After a type mismatch (13): a line for each Variant argument written as
+// plain text, saying what it was read as and the typed forms its text fits.
+// A routine that wants a Currency or a Date cannot tell from "-1234.5".
+void AppendTypeHints(std::string& err, const MemberInfo& member, std::span<const std::string> args,
+                     bool escapes) {
+  const ParamInfo variant{"", internal::Convert<Variant>::Type(), false, false, {}};
+  for (size_t i = 0; i < args.size() && !member.params.empty(); ++i) {
+    // Arguments past the last parameter are items of its ParamArray.
+    const ParamInfo& p = member.params[std::min(i, member.params.size() - 1)];
+    bool is_variant = p.type.kind == TypeKind::kVariant || p.type.kind == TypeKind::kParamArray;
+    const std::string& arg = args[i];
+    if (!is_variant || arg.starts_with('{') || arg.starts_with('"')) continue;
+    Variant read;
+    try {
+      read = std::get<Variant>(ArgumentFromText(arg, variant, escapes));
+    } catch (const UsageError&) {
+      continue;
+    }
+    std::string forms;
+    auto add = [&](const char* tag) {
+      forms += forms.empty() ? "{\"" : ", {\"";
+      forms += tag;
+      forms += "\":";
+      AppendJsonString(forms, String::FromUtf8(arg).view());
+      forms += "}";
+    };
+    if (ParseCurrency(arg)) add("Currency");
+    if (ParseDate(arg)) add("Date");
+    if (forms.empty()) forms = R"(True, False, {"Currency":"1.5"}, {"Date":"2004-12-31"})";
+    err += "hint: argument " + std::to_string(i + 1) + " (" + p.name + ") was read as a " +
+           VarTypeName(read.Type()) + "; write another type in its typed form: " + forms +
+           " (see crv list)\n";
+  }
 }
 
 std::string Hex(int32_t n) {
@@ -99,10 +169,22 @@ void AppendHelp(std::string& out, std::string_view help, std::string_view indent
 void ListClass(std::string& out, const ClassInfo& c) {
   out += "class " + c.name + (c.kind == ClassKind::kGlobal ? " (global)" : " (creatable)") + "\n";
   AppendHelp(out, c.help, "  ");
+  bool takes_variants = false;
   for (const MemberInfo& m : c.members) {
     out +=
         "  " + Hex(m.dispid) + "  " + Declaration(m) + (m.is_default ? "  [default]" : "") + "\n";
     AppendHelp(out, m.help, "              ");
+    if (!m.note.empty()) AppendHelp(out, "Note: " + m.note, "              ");
+    for (const ParamInfo& p : m.params) {
+      takes_variants = takes_variants || p.type.kind == TypeKind::kVariant ||
+                       p.type.kind == TypeKind::kParamArray;
+    }
+  }
+  if (takes_variants) {
+    out += R"(  A Variant argument of crv is typed by its form: 5 (Long), 2.5 (Double),
+  True or False (Boolean), null (Null), {"Currency":"-1234.5"},
+  {"Date":"2004-12-31"}, {"Integer":5}, {"Empty":true}; other text is a String.
+)";
   }
 }
 
@@ -115,7 +197,9 @@ void ListEnum(std::string& out, const EnumInfo& e) {
 }  // namespace
 
 int RunCall(const Surface& surface, std::string_view target, std::span<const std::string> args,
-            bool escapes, Output& output) {
+            CallOptions options, Output& output) {
+  const bool escapes = options.escapes;
+  const MemberInfo* member = nullptr;
   try {
     size_t dot = target.find('.');
     const ClassInfo* cls = surface.FindClass(target.substr(0, dot));
@@ -124,7 +208,7 @@ int RunCall(const Surface& surface, std::string_view target, std::span<const std
                                "\" is not CLASS.MEMBER of a known class (see crv list)");
     }
     std::string_view name = target.substr(dot + 1);
-    const MemberInfo* member = cls->Find(name, MemberKind::kMethod);
+    member = cls->Find(name, MemberKind::kMethod);
     if (!member) {
       if (cls->Find(name, MemberKind::kPropertyLet)) {
         return Usage(
@@ -145,13 +229,14 @@ int RunCall(const Surface& surface, std::string_view target, std::span<const std
     if (member->result.kind != TypeKind::kVoid) {
       output.out += ValueText(result, escapes, name_of) + "\n";
     }
-    for (size_t i = 0; i < member->params.size(); ++i) {
+    for (size_t i = 0; i < member->params.size() && !options.result_only; ++i) {
       if (!member->params[i].by_ref) continue;
       output.out += member->params[i].name + "=" + ValueText(values[i], escapes, name_of) + "\n";
     }
     return kExitOk;
   } catch (const Error& e) {
-    output.err += std::string(e.what()) + "\n";
+    output.err += ErrorLine(e, escapes);
+    if (e.Number() == 13 && member) AppendTypeHints(output.err, *member, args, escapes);
     return kExitRoutineError;
   } catch (const UsageError& e) {
     return Usage(output, e.what());
@@ -184,10 +269,10 @@ int RunList(const Surface& surface, std::optional<std::string_view> name, Output
 }
 
 std::string_view HelpText() {
-  return R"(usage: crv [--locale TAG] [-e] CLASS.MEMBER [ARG...]
+  return R"(usage: crv [--locale TAG] [-e] [-r] CLASS.MEMBER [ARG...]
        crv [--locale TAG] batch
        crv list [CLASS]
-       crv --help
+       crv --help | --version
 
 crv calls the routines of crvlib from the command line.
 
@@ -207,16 +292,23 @@ crv CLASS.MEMBER [ARG...]
     Variant          the JSON value when the text is one of its forms:
                      5 (Long), 2.5 (Double), true, false, null, "5" (String),
                      {"Currency":"1.5"}, {"Date":"2004-12-31"}, {"Empty":true};
-                     any other text is a String
+                     True or False in any letter case (Boolean); any other
+                     text is a String. A routine that answers error 13 to a
+                     Variant typed plainly gets a hint line naming its typed
+                     form: crv Conversions.CurrencyOut '{"Currency":"-1234.5"}'
     ParamArray       the remaining arguments, each read as a Variant
   An empty argument for a by-reference parameter of another type than String
   or Variant (a number, an array the routine fills) starts it empty.
+  Arguments are UTF-8; one that is not is refused (type such code units as
+  escapes with -e).
   Results print strings as UTF-8, Booleans as True/False, Currency as a
   decimal, Dates in ISO 8601, Null as Null, Nothing as Nothing and arrays and
   objects in JSON.
   Exit status: 0 done; 1 the routine raised an error, printed on stderr as
-  "error NUMBER (SOURCE): DESCRIPTION"; 2 a usage error (unknown member,
-  wrong argument count or type), printed as one line on stderr.
+  "error NUMBER (SOURCE): DESCRIPTION" with control characters as escapes;
+  2 a usage error (unknown member, wrong argument count or type, unknown
+  locale), printed as one line on stderr; 3 the output could not be written
+  (or, for batch, the input read), reported on stderr.
 
   -e             decodes backslash escapes in the arguments and prints
                  strings with the same escapes: \xHH and \uHHHH (one code
@@ -224,12 +316,16 @@ crv CLASS.MEMBER [ARG...]
                  be typed and seen: crv -e Constants.vxAM prints \xFE.
                  In a Variant argument the escapes apply to text that is not
                  JSON.
+  -r             prints the result only, without the NAME=value lines:
+                 x=$(crv -r Functions.ExtractElement 'a|b' '|' 2)
   --locale TAG   runs in the locale TAG (de-DE, fr_FR.UTF-8, ...) instead of
-                 the user's.
+                 the user's; a TAG whose language is unknown is refused.
 
 crv batch
   Reads requests as JSON Lines on stdin and answers each with one line on
-  stdout, in order; no line stops it.
+  stdout, in order, as soon as its line has arrived (a program may send a
+  request and wait for the answer); no line stops it. The error's
+  description is exact in the JSON.
     {"call":"Functions.ExtractElement","args":["a|b|c","|",2]}
     {"new":"DynamicString","as":"d"}
     {"set":"d.Value","value":"x"}
@@ -250,7 +346,11 @@ crv batch
 
 crv list [CLASS]
   Prints the members of CLASS, or of every class and the enumerations: DISPID,
-  declaration with parameters, types and defaults, and help string.
+  declaration with parameters, types and defaults, help string and crv's
+  notes, and the forms a Variant argument takes.
+
+crv --version
+  Prints the version of crv, which is that of crvlib.
 )";
 }
 

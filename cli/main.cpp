@@ -1,7 +1,15 @@
 // crv, the command-line face of crvlib: reads the options, pins the locale
 // and hands over to a command. Nothing that goes wrong may end the process
-// any other way than with an exit status and a message.
+// any other way than with an exit status and a message: output that cannot
+// be written is an error (status 3), and an over-limit file write is the
+// routine's error 61 rather than SIGXFSZ. SIGPIPE keeps its default, so a
+// pipeline whose reader has gone ends crv quietly.
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <optional>
 #include <span>
@@ -17,77 +25,121 @@ namespace {
 
 using crvlib::cli::kExitUsage;
 
-void Write(std::FILE* f, const std::string& text) {
-  std::fwrite(text.data(), 1, text.size(), f);
+// Writes to stdout, remembering the first failure for the final report.
+class Stdout {
+ public:
+  void Write(std::string_view text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) Failed();
+  }
+  // Flushes and gives `status`, or reports on stderr and gives 3 when
+  // anything written was lost.
+  int Finish(int status) {
+    if (status == crvlib::cli::kExitInputOutput) return status;  // reported already
+    if (std::fflush(stdout) != 0) Failed();
+    if (error_ == 0 && !std::ferror(stdout)) return status;
+    Report("cannot write the output: " + std::string(std::strerror(error_ ? error_ : EIO)));
+    return crvlib::cli::kExitInputOutput;
+  }
+
+  static void Report(const std::string& message) {
+    std::string line = "crv: " + message + "\n";
+    std::fwrite(line.data(), 1, line.size(), stderr);
+  }
+
+ private:
+  void Failed() {
+    if (error_ == 0) error_ = errno ? errno : EIO;
+  }
+  int error_ = 0;
+};
+
+int Usage(const std::string& message) {
+  Stdout::Report(message);
+  return kExitUsage;
 }
 
-int Run(std::vector<std::string> args) {
+// Pins the locale `name`, or says why not.
+std::optional<int> PinLocale(std::string_view name) {
+  if (name.empty()) return Usage("--locale needs a locale name");
+  if (!crvlib::IsKnownLocale(name)) {
+    return Usage("the locale data does not know the language of \"" + std::string(name) +
+                 "\" (give a tag such as de-DE)");
+  }
+  crvlib::SetThreadLocale(name);
+  return std::nullopt;
+}
+
+int Run(std::vector<std::string> args, Stdout& out) {
   namespace cli = crvlib::cli;
-  bool escapes = false;
+  cli::CallOptions options;
   size_t i = 0;
   for (; i < args.size(); ++i) {
     std::string_view a = args[i];
     if (a == "-h" || a == "--help") {
-      Write(stdout, std::string(cli::HelpText()));
+      out.Write(cli::HelpText());
       return cli::kExitOk;
     }
+    if (a == "--version") {
+      out.Write("crv " CRVLIB_VERSION "\n");
+      return cli::kExitOk;
+    }
+    std::optional<int> refused;
     if (a == "-e") {
-      escapes = true;
+      options.escapes = true;
+    } else if (a == "-r") {
+      options.result_only = true;
     } else if (a == "--locale") {
-      if (++i == args.size()) {
-        Write(stderr, "crv: --locale needs a locale name\n");
-        return kExitUsage;
-      }
-      crvlib::SetThreadLocale(args[i]);
+      if (++i == args.size()) return Usage("--locale needs a locale name");
+      refused = PinLocale(args[i]);
     } else if (a.starts_with("--locale=")) {
-      crvlib::SetThreadLocale(a.substr(9));
+      refused = PinLocale(a.substr(9));
     } else if (a.starts_with("-") && a.size() > 1) {
-      Write(stderr, "crv: unknown option " + args[i] + " (see crv --help)\n");
-      return kExitUsage;
+      return Usage("unknown option " + args[i] + " (see crv --help)");
     } else {
       break;
     }
+    if (refused) return *refused;
   }
-  if (i == args.size()) {
-    Write(stderr, "crv: name a routine (CLASS.MEMBER), batch or list; see crv --help\n");
-    return kExitUsage;
-  }
+  if (i == args.size())
+    return Usage("name a routine (CLASS.MEMBER), batch or list; see crv --help");
   const cli::Surface& surface = cli::ShippedSurface();
   std::string_view command = args[i];
   std::span<const std::string> rest(args.data() + i + 1, args.size() - i - 1);
   cli::Output output;
   int status;
   if (command == "batch") {
-    if (!rest.empty()) {
-      Write(stderr, "crv: batch takes no arguments; it reads requests on stdin\n");
-      return kExitUsage;
+    if (!rest.empty()) return Usage("batch takes no arguments; it reads requests on stdin");
+    std::string failure;
+    if (!cli::RunBatch(surface, STDIN_FILENO, stdout, &failure)) {
+      Stdout::Report(failure);
+      return cli::kExitInputOutput;
     }
-    cli::RunBatch(surface, stdin, stdout);
     return cli::kExitOk;
   } else if (command == "list") {
-    if (rest.size() > 1) {
-      Write(stderr, "crv: list takes at most one class name\n");
-      return kExitUsage;
-    }
+    if (rest.size() > 1) return Usage("list takes at most one class name");
     status = cli::RunList(
         surface, rest.empty() ? std::nullopt : std::optional<std::string_view>(rest[0]), output);
   } else {
-    status = cli::RunCall(surface, command, rest, escapes, output);
+    status = cli::RunCall(surface, command, rest, options, output);
   }
-  Write(stdout, output.out);
-  Write(stderr, output.err);
+  out.Write(output.out);
+  std::fwrite(output.err.data(), 1, output.err.size(), stderr);
   return status;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+#ifdef SIGXFSZ
+  std::signal(SIGXFSZ, SIG_IGN);
+#endif
+  Stdout out;
   try {
-    return Run(std::vector<std::string>(argv + 1, argv + argc));
+    return out.Finish(Run(std::vector<std::string>(argv + 1, argv + argc), out));
   } catch (const std::exception& e) {
-    std::fprintf(stderr, "crv: %s\n", e.what());
+    Stdout::Report(e.what());
   } catch (...) {
-    std::fprintf(stderr, "crv: unexpected failure\n");
+    Stdout::Report("unexpected failure");
   }
   return kExitUsage;
 }

@@ -30,6 +30,7 @@
 #ifndef CRVLIB_CLI_SURFACE_H_
 #define CRVLIB_CLI_SURFACE_H_
 
+#include <concepts>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -62,32 +63,38 @@ class UsageError : public std::runtime_error {
 // What crv knows about the C++ handle class behind a class's objects.
 struct ObjectType {
   std::string_view class_name;
-  bool (*same)(const void* a, const void* b);  // both refer to one object
+  // The address of the object a handle refers to: two handles refer to one
+  // object exactly when their identities are equal, and it can be hashed.
+  const void* (*identity)(const void* handle);
 };
 
-// Specialize for each handle class: kName is the automation class name. The
-// handle must be copyable (copies refer to one object) and offer
-// `bool IsNothing() const` and `bool Is(const T&) const`.
+// Specialize for each handle class: kName is the automation class name and
+// Identity gives the address of the object a handle refers to (the handle's
+// Is() compares the same thing). The handle must be copyable (copies refer to
+// one object) and offer `bool IsNothing() const`.
 template <class T>
 struct ObjectTraits;
 template <>
 struct ObjectTraits<DynamicString> {
   static constexpr std::string_view kName = "DynamicString";
+  static const void* Identity(const DynamicString& h) { return &h.impl(); }
 };
 template <>
 struct ObjectTraits<SharedString> {
   static constexpr std::string_view kName = "SharedString";
+  static const void* Identity(const SharedString& h) { return &h.impl(); }
 };
 
 template <class T>
-concept Handle = requires {
+concept Handle = requires(const T& h) {
   ObjectTraits<T>::kName;
+  { ObjectTraits<T>::Identity(h) } -> std::same_as<const void*>;
 };
 
 template <Handle T>
 const ObjectType& ObjectTypeOf() {
-  static const ObjectType type{ObjectTraits<T>::kName, [](const void* a, const void* b) {
-                                 return static_cast<const T*>(a)->Is(*static_cast<const T*>(b));
+  static const ObjectType type{ObjectTraits<T>::kName, [](const void* handle) {
+                                 return ObjectTraits<T>::Identity(*static_cast<const T*>(handle));
                                }};
   return type;
 }
@@ -99,11 +106,11 @@ struct Object {
 
   bool IsNothing() const { return handle == nullptr; }
   std::string_view ClassName() const { return type ? type->class_name : std::string_view(); }
+  // The object referred to, null for Nothing: equal for two references to
+  // one object.
+  const void* Identity() const { return IsNothing() ? nullptr : type->identity(handle.get()); }
   // True for two references to one object, or for two Nothings.
-  friend bool operator==(const Object& a, const Object& b) {
-    if (a.IsNothing() || b.IsNothing()) return a.IsNothing() && b.IsNothing();
-    return a.type == b.type && a.type->same(a.handle.get(), b.handle.get());
-  }
+  friend bool operator==(const Object& a, const Object& b) { return a.Identity() == b.Identity(); }
 };
 
 template <Handle T>
@@ -215,9 +222,16 @@ struct MemberInfo {
   Thunk invoke = nullptr;
   const ObjectType* self_type = nullptr;  // the handle class of a member function
 
+  std::string note;  // crv's own remark on the member, shown by `crv list`
+
   // Marks the class's default member (DISPID 0).
   MemberInfo Default() && {
     is_default = true;
+    return std::move(*this);
+  }
+  // Adds crv's remark, for what the help string leaves unsaid.
+  MemberInfo Note(std::string text) && {
+    note = std::move(text);
     return std::move(*this);
   }
 };

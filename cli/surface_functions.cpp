@@ -101,7 +101,8 @@ ClassInfo FunctionsClass() {
               "Swap",
               "Replaces a character within a string with another character, returning a "
               "converted string. Characters are identified by their ASCII number.",
-              In("Value"), ByRef("OldCharASCII"), ByRef("NewCharASCII")),
+              In("Value"), ByRef("OldCharASCII"), ByRef("NewCharASCII"))
+              .Note("with two equal codes and the character in Value, Swap never returns."),
           Method<&Functions::Field>(
               "Field",
               "Returns a sub-string from a delimited string after specifying delimiter, starting "
@@ -214,7 +215,8 @@ ClassInfo FunctionsClass() {
           Method<&Functions::Pause>("Pause",
                                     "Causes program to wait for a given number of milliseconds. "
                                     "This routine executes a DoEvents.",
-                                    In("TimePeriod")),
+                                    In("TimePeriod"))
+              .Note("a wait whose end falls at or after midnight never returns."),
           Method<&Functions::NumToWords>(
               "NumToWords",
               "Returns a currency amount written out in English words, as for printing a cheque.",

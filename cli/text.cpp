@@ -5,7 +5,10 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <optional>
+
+#include "core/utf8.h"
 
 namespace crvlib::cli {
 
@@ -36,6 +39,29 @@ std::optional<double> DoubleText(std::string_view s) {
   auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), d);
   if (s.empty() || ec != std::errc() || end != s.data() + s.size()) return std::nullopt;
   return d;
+}
+
+// The printable ASCII spelling of one code unit.
+void AppendEscaped(std::string& out, char16_t u) {
+  static constexpr char kHex[] = "0123456789ABCDEF";
+  if (u == u'\\') {
+    out += "\\\\";
+  } else if (u == u'\n') {
+    out += "\\n";
+  } else if (u == u'\r') {
+    out += "\\r";
+  } else if (u == u'\t') {
+    out += "\\t";
+  } else if (u >= 0x20 && u < 0x7F) {
+    out.push_back(static_cast<char>(u));
+  } else if (u < 0x100) {
+    out += "\\x";
+    out.push_back(kHex[u >> 4]);
+    out.push_back(kHex[u & 0xF]);
+  } else {
+    out += "\\u";
+    for (int shift = 12; shift >= 0; shift -= 4) out.push_back(kHex[(u >> shift) & 0xF]);
+  }
 }
 
 }  // namespace
@@ -87,35 +113,55 @@ std::u16string DecodeEscapes(std::u16string_view text) {
 }
 
 std::string EscapeText(std::u16string_view text) {
-  static constexpr char kHex[] = "0123456789ABCDEF";
   std::string out;
   out.reserve(text.size());
+  for (char16_t u : text) AppendEscaped(out, u);
+  return out;
+}
+
+std::string EscapeControls(std::u16string_view text) {
+  std::u16string kept;
+  std::string out;
+  auto flush = [&] {
+    out += String(kept).ToUtf8();
+    kept.clear();
+  };
   for (char16_t u : text) {
-    if (u == u'\\') {
-      out += "\\\\";
-    } else if (u == u'\n') {
-      out += "\\n";
-    } else if (u == u'\r') {
-      out += "\\r";
-    } else if (u == u'\t') {
-      out += "\\t";
-    } else if (u >= 0x20 && u < 0x7F) {
-      out.push_back(static_cast<char>(u));
-    } else if (u < 0x100) {
-      out += "\\x";
-      out.push_back(kHex[u >> 4]);
-      out.push_back(kHex[u & 0xF]);
+    if (u < 0x20 || (u >= 0x7F && u < 0xA0)) {
+      flush();
+      AppendEscaped(out, u);
     } else {
-      out += "\\u";
-      for (int shift = 12; shift >= 0; shift -= 4) out.push_back(kHex[(u >> shift) & 0xF]);
+      kept.push_back(u);
     }
   }
+  flush();
   return out;
+}
+
+size_t InvalidUtf8At(std::string_view text) {
+  const auto* begin = reinterpret_cast<const unsigned char*>(text.data());
+  const auto* end = begin + text.size();
+  for (const unsigned char* p = begin; p < end;) {
+    char32_t cp;
+    size_t n = *p < 0x80 ? 1 : crvlib::internal::DecodeUtf8Sequence(p, end, cp);
+    if (n == 0) return static_cast<size_t>(p - begin);
+    p += n;
+  }
+  return std::string_view::npos;
 }
 
 Value ArgumentFromText(std::string_view arg, const ParamInfo& param, bool escapes) {
   const TypeInfo& type = param.type;
+  if (size_t at = InvalidUtf8At(arg); at != std::string_view::npos) {
+    char byte[8];
+    std::snprintf(byte, sizeof byte, "0x%02X", static_cast<unsigned char>(arg[at]));
+    throw UsageError(std::string("not valid UTF-8 (byte ") + byte + " at offset " +
+                     std::to_string(at) +
+                     "); type other code units with -e as \\xHH or \\uHHHH escapes");
+  }
   if (type.kind == TypeKind::kVariant) {
+    if (SameName(arg, "True")) return Variant(true);
+    if (SameName(arg, "False")) return Variant(false);
     std::string ignored;
     if (std::optional<Json> j = ParseJson(arg, &ignored)) {
       try {

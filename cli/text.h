@@ -24,14 +24,24 @@ std::u16string DecodeEscapes(std::u16string_view text);
 // `text` in printable ASCII: other code units as escapes.
 std::string EscapeText(std::u16string_view text);
 
+// `text` in UTF-8 with its control characters (C0, DEL and C1) as escapes,
+// so that a message stays one line on a terminal; the rest is unchanged:
+//   EscapeControls(u"bad\r\nhex \u00FF") == "bad\\r\\nhex \u00FF" (in UTF-8)
+std::string EscapeControls(std::u16string_view text);
+
+// The byte offset of the first byte of `text` that is not part of a well
+// formed UTF-8 sequence, or npos.
+size_t InvalidUtf8At(std::string_view text);
+
 // Converts command-line argument `arg` (UTF-8) to the type of `param`:
 // strings as they are, numbers in the plain C form, Booleans True/False,
 // Currency as a decimal, Dates as YYYY-MM-DD[Thh:mm[:ss]], arrays as JSON,
 // enumerations by number or member name. A Variant takes the JSON value form
-// when `arg` is one (5, 2.5, true, null, "text", {"Currency":"1.5"}), else
-// the text as a String. An empty argument for a by-reference parameter that
-// is not a String or Variant gives that type's empty value. Throws
-// UsageError.
+// when `arg` is one (5, 2.5, true, null, "text", {"Currency":"1.5"}), a
+// Boolean for True or False in any letter case, else the text as a String.
+// An empty argument for a by-reference parameter that is not a String or
+// Variant gives that type's empty value. Throws UsageError, also for an
+// argument that is not valid UTF-8.
 Value ArgumentFromText(std::string_view arg, const ParamInfo& param, bool escapes);
 
 // The printed form of `v`: strings as UTF-8 (escaped with `escapes`),

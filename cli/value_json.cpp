@@ -458,6 +458,8 @@ Value ArgumentFromJson(const Json& j, const ParamInfo& param, const ObjectResolv
         throw UsageError("\"" + String(j.string).ToUtf8() + "\" is not a member of " + e->name);
       }
       if (const auto* tag = Tag(j); tag && (tag->key == "Long" || tag->key == "Integer")) {
+        // The tag's own range holds too: {"Integer":40000} is no Integer.
+        WholeFromJson(tag->value, tag->key == "Long" ? LongType() : IntegerType());
         return WholeFromJson(tag->value, type);
       }
       return WholeFromJson(j, type);

@@ -18,6 +18,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/locale_source.h"
@@ -27,8 +28,9 @@ namespace {
 
 using internal::LocaleSettings;
 
-// "de_DE.UTF-8@euro" -> "de-DE"; "", "C" and "POSIX" -> "en-US".
-std::string ToTag(std::string_view name) {
+// "de_DE.UTF-8@euro" -> "de-DE"; "", "C" and "POSIX" -> "en-US"; nullopt
+// for a name that is no locale tag.
+std::optional<std::string> TagOf(std::string_view name) {
   std::string s(name.substr(0, name.find_first_of(".@")));
   if (s.empty() || s == "C" || s == "POSIX") return "en-US";
   for (char& c : s) {
@@ -37,8 +39,12 @@ std::string ToTag(std::string_view name) {
   char tag[ULOC_FULLNAME_CAPACITY];
   UErrorCode status = U_ZERO_ERROR;
   uloc_toLanguageTag(s.c_str(), tag, sizeof tag, false, &status);
-  if (U_FAILURE(status) || tag[0] == '\0' || std::string_view(tag) == "und") return "en-US";
+  if (U_FAILURE(status) || tag[0] == '\0' || std::string_view(tag) == "und") return std::nullopt;
   return tag;
+}
+
+std::string ToTag(std::string_view name) {
+  return TagOf(name).value_or("en-US");
 }
 
 String ToString(const icu::UnicodeString& s) {
@@ -254,6 +260,15 @@ void LoadFromIcu(const char* icu_id, LocaleData& data) {
   }
 }
 
+// The ICU id of `tag` when ICU has data for it or its language.
+std::optional<std::string> IcuIdOf(const std::string& tag) {
+  char icu_id[ULOC_FULLNAME_CAPACITY];
+  UErrorCode status = U_ZERO_ERROR;
+  uloc_forLanguageTag(tag.c_str(), icu_id, sizeof icu_id, nullptr, &status);
+  if (U_FAILURE(status) || !IcuKnows(icu_id)) return std::nullopt;
+  return icu_id;
+}
+
 }  // namespace
 
 std::string UserLocaleName() {
@@ -264,23 +279,26 @@ std::string UserLocaleName() {
   return "en-US";
 }
 
+bool IsKnownLocale(std::string_view locale_name) {
+  std::optional<std::string> tag = TagOf(locale_name);
+  return tag && (*tag == "en-US" || IcuIdOf(*tag));
+}
+
 LocaleData LoadLocaleData(std::string_view locale_name) {
   LocaleData data;
   LocaleSettings& s = data.settings;
   s.name = ToTag(locale_name);
-  char icu_id[ULOC_FULLNAME_CAPACITY];
-  UErrorCode status = U_ZERO_ERROR;
-  uloc_forLanguageTag(s.name.c_str(), icu_id, sizeof icu_id, nullptr, &status);
-  if (s.name == "en-US" || U_FAILURE(status) || !IcuKnows(icu_id)) {
+  std::optional<std::string> icu_id = s.name == "en-US" ? std::nullopt : IcuIdOf(s.name);
+  if (!icu_id) {
     s.name = "en-US";
     data.items = {s.thousands_separator, s.decimal_separator, s.currency_symbol, s.date_separator,
                   s.time_separator,      s.am_designator,     s.pm_designator};
     data.short_date_formats = s.short_date_patterns;
     return data;
   }
-  uint32_t lcid = uloc_getLCID(icu_id);
+  uint32_t lcid = uloc_getLCID(icu_id->c_str());
   s.lcid = lcid ? static_cast<int32_t>(lcid) : 1033;
-  LoadFromIcu(icu_id, data);
+  LoadFromIcu(icu_id->c_str(), data);
   return data;
 }
 

@@ -50,6 +50,10 @@ std::string UserLocaleName();
 // ("de_DE.UTF-8"). An unknown or empty name gives en-US.
 LocaleData LoadLocaleData(std::string_view locale_name);
 
+// True when `locale_name` means en-US ("C", "POSIX", "") or the locale data
+// knows its language ("de-XX" is known through "de"; "xx-YY" is not).
+bool IsKnownLocale(std::string_view locale_name);
+
 // True where the wide-character letter tests apply; always on Linux.
 bool IsNtFamily();
 

@@ -16,6 +16,12 @@ namespace crvlib {
 // such as "de_DE.UTF-8") for the calling thread. Unknown names give en-US.
 void SetThreadLocale(std::string_view name);
 
+// True when SetThreadLocale(name) loads the settings of `name` itself or of
+// its language rather than falling back to en-US. "C", "POSIX" and "" mean
+// en-US and are known.
+//   IsKnownLocale("de-DE") && IsKnownLocale("de-XX") && !IsKnownLocale("xx-YY")
+bool IsKnownLocale(std::string_view name);
+
 // The BCP 47 tag of the calling thread's locale.
 std::string ThreadLocale();
 

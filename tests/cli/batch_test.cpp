@@ -68,6 +68,9 @@ TEST(Batch, BadRequestsAndRoutineErrorsAnswerAndTheSessionGoesOn) {
           // A routine's own error carries its number, source and description.
           {R"({"call":"Tools.Fail","args":[5]})",
            R"({"error":{"number":5,"source":"CRVLIB.Tools::Fail","description":"Invalid procedure call or argument"}})"},
+          // The description is exact, line end and all.
+          {R"({"call":"Functions.ConvertHexToStr","args":["zz"]})",
+           R"({"error":{"number":-2147220495,"source":"CRVLIB.Functions::ConvertHexToStr","description":"Invalid hex string.\rEach*)"},
       });
   EXPECT_TRUE(s.names().empty());
 }
@@ -125,6 +128,18 @@ TEST(Batch, ObjectsLiveWhileNamed) {
     // Naming another object "p" lets the old one go.
     Play(s, {{R"({"call":"Tools.Make","args":["x"],"as":"p"})", R"({"result":{"object":"p"}})"}});
     EXPECT_EQ(Probe::live, 2);
+    // An object with two names is written under the first; a name moved or
+    // released no longer stands for it.
+    Play(s, {
+                {R"({"call":"p.Self","as":"q"})", R"({"result":{"object":"q"}})"},
+                {R"({"call":"q.Self"})", R"({"result":{"object":"p"}})"},
+                {R"({"call":"Tools.Make","args":["y"],"as":"p"})", R"({"result":{"object":"p"}})"},
+                {R"({"call":"q.Self"})", R"({"result":{"object":"q"}})"},
+                {R"({"call":"p.Self","as":"a"})", R"({"result":{"object":"a"}})"},
+                {R"({"release":"a"})", R"({"result":null})"},
+                {R"({"call":"p.Self"})", R"({"result":{"object":"p"}})"},
+            });
+    EXPECT_EQ(Probe::live, 3);  // p, q, obj2
   }
   EXPECT_EQ(Probe::live, 0);  // the session's end releases the rest
 }
@@ -134,7 +149,8 @@ std::string RunLines(const std::string& input) {
   std::FILE* out = std::tmpfile();
   std::fwrite(input.data(), 1, input.size(), in);
   std::rewind(in);
-  RunBatch(TestSurface(), in, out);
+  std::string failure;
+  EXPECT_TRUE(RunBatch(TestSurface(), fileno(in), out, &failure)) << failure;
   std::string text(static_cast<size_t>(std::ftell(out)), '\0');
   std::rewind(out);
   text.resize(std::fread(text.data(), 1, text.size(), out));

@@ -2,7 +2,9 @@
 // in-process, then the built crv run as a program for its exit statuses,
 // output streams, list and batch.
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -103,39 +105,81 @@ TEST(Call, AnyArgumentTextIsEitherAValueOrAUsageError) {
 }
 
 TEST(Call, ResultsAndByRefsPrintForAPerson) {
+  constexpr CallOptions kPlain, kEscapes{.escapes = true}, kResultOnly{.result_only = true};
   struct Case {
     std::vector<std::string> args;
-    bool escapes;
+    CallOptions options;
     int status;
     const char* text;  // stdout when the status is 0, else stderr (null: any one line)
   } cases[] = {
-      {{"Tools.Swap", "a\\xFE", "b"}, true, 0, "1\nFirst=b\nSecond=a\\xFE\n"},
-      {{"Tools.Swap", "a\\xFE", "b"}, false, 0, "1\nFirst=b\nSecond=a\\xFE\n"},
-      {{"Tools.Swap", "\xC3\xBF", "b"}, false, 0, "1\nFirst=b\nSecond=\xC3\xBF\n"},
-      {{"Tools.Echo", "null"}, false, 0, "Null\n"},
-      {{"Tools.Echo", "{\"Empty\":true}"}, false, 0, "\n"},
-      {{"Tools.Echo", "{\"bytes\":\"414243\"}"}, false, 0, "{\"bytes\":\"414243\"}\n"},
-      {{"Tools.Half", "4"}, false, 0, "2\n"},
-      {{"Tools.Cents", "12.3456"}, false, 0, "12.34\n"},
-      {{"Tools.NextDay", "2004-12-31"}, false, 0, "2005-01-01T00:00:00\n"},
-      {{"Tools.Flip", "False"}, false, 0, "True\nFlag=True\n"},
-      {{"Tools.Pair", "\\n"}, true, 0, "{\"lbound\":1,\"items\":[\"\\n\",\"\\n\"]}\n"},
-      {{"Tools.Make", "x"}, false, 0, "{\"object\":\"obj1\"}\n"},
-      {{"Probe.Parent"}, false, 0, "Nothing\n"},
-      {{"Probe.Split", ""}, false, 0, "2\nItems={\"lbound\":0,\"items\":[\"\",\"\"]}\n"},
+      {{"Tools.Swap", "a\\xFE", "b"}, kEscapes, 0, "1\nFirst=b\nSecond=a\\xFE\n"},
+      {{"Tools.Swap", "a\\xFE", "b"}, kPlain, 0, "1\nFirst=b\nSecond=a\\xFE\n"},
+      {{"Tools.Swap", "\xC3\xBF", "b"}, kPlain, 0, "1\nFirst=b\nSecond=\xC3\xBF\n"},
+      {{"Tools.Swap", "a", "b"}, kResultOnly, 0, "1\n"},
+      {{"Tools.Flip", "False"}, kResultOnly, 0, "True\n"},
+      {{"Tools.Echo", "null"}, kPlain, 0, "Null\n"},
+      {{"Tools.Echo", "tRUE"}, kPlain, 0, "True\n"},
+      {{"Tools.Join", "+", "FALSE", "x"}, kPlain, 0, "?+x\nDelimiter=+\n"},
+      // Arguments are UTF-8: a stray byte is refused, not read as U+FFFD.
+      {{"Tools.Swap", "a\xFF", "b"},
+       kPlain,
+       2,
+       "crv: Tools.Swap argument 1 (First): not valid UTF-8 (byte 0xFF at offset 1); type other "
+       "code units with -e as \\xHH or \\uHHHH escapes\n"},
+      {{"Tools.Echo", "\xC0\xAF"}, kEscapes, 2, nullptr},  // an overlong "/"
+      // The error line stays one line: control characters are escaped.
+      {{"Functions.ConvertHexToStr", "zz"},
+       kPlain,
+       1,
+       "error -2147220495 (CRVLIB.Functions::ConvertHexToStr): Invalid hex string.\\rEach "
+       "character must be written as ^H followed by its code in hexadecimal.\n"},
+      {{"Tools.Fail", "13"},  // no Variant argument, no hint
+       kPlain,
+       1,
+       "error 13 (CRVLIB.Tools::Fail): Invalid procedure call or argument\n"},
+      // A type mismatch on a plainly typed Variant names the typed forms.
+      {{"Conversions.CurrencyOut", "-1234.5"},
+       kPlain,
+       1,
+       "error 13 (CRVLIB.Converions::CurrencyOut): Type mismatch\n"
+       "hint: argument 1 (CurrencyValue) was read as a Double; write another type in its typed "
+       "form: {\"Currency\":\"-1234.5\"} (see crv list)\n"},
+      {{"Conversions.DateOut", "2004-12-31"},
+       kPlain,
+       1,
+       "error 13 (CRVLIB.Converions::DateOut): Type mismatch\n"
+       "hint: argument 1 (DateValue) was read as a String; write another type in its typed "
+       "form: {\"Date\":\"2004-12-31\"} (see crv list)\n"},
+      {{"Conversions.CurrencyOut", "{\"Double\":5}"},
+       kPlain,
+       1,
+       "error 13 (CRVLIB.Converions::CurrencyOut): Type mismatch\n"},
+      {{"Tools.Echo", "{\"Empty\":true}"}, kPlain, 0, "\n"},
+      {{"Tools.Echo", "{\"bytes\":\"414243\"}"}, kPlain, 0, "{\"bytes\":\"414243\"}\n"},
+      {{"Tools.Half", "4"}, kPlain, 0, "2\n"},
+      {{"Tools.Cents", "12.3456"}, kPlain, 0, "12.34\n"},
+      {{"Tools.NextDay", "2004-12-31"}, kPlain, 0, "2005-01-01T00:00:00\n"},
+      {{"Tools.Flip", "False"}, kPlain, 0, "True\nFlag=True\n"},
+      {{"Tools.Pair", "\\n"}, kEscapes, 0, "{\"lbound\":1,\"items\":[\"\\n\",\"\\n\"]}\n"},
+      {{"Tools.Make", "x"}, kPlain, 0, "{\"object\":\"obj1\"}\n"},
+      {{"Probe.Parent"}, kPlain, 0, "Nothing\n"},
+      {{"Probe.Split", ""}, kPlain, 0, "2\nItems={\"lbound\":0,\"items\":[\"\",\"\"]}\n"},
       {{"Tools.Fail", "5"},
-       false,
+       kPlain,
        1,
        "error 5 (CRVLIB.Tools::Fail): Invalid procedure call or argument\n"},
-      {{"Tools.Nope"}, false, 2, "crv: Tools has no member \"Nope\"\n"},
-      {{"Tools"}, false, 2, "crv: \"Tools\" is not CLASS.MEMBER of a known class (see crv list)\n"},
-      {{"Tools.Swap", "\\q", "x"}, true, 2, nullptr},
+      {{"Tools.Nope"}, kPlain, 2, "crv: Tools has no member \"Nope\"\n"},
+      {{"Tools"},
+       kPlain,
+       2,
+       "crv: \"Tools\" is not CLASS.MEMBER of a known class (see crv list)\n"},
+      {{"Tools.Swap", "\\q", "x"}, kEscapes, 2, nullptr},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.args[0] + (c.args.size() > 1 ? " " + c.args[1] : ""));
     Output output;
     int status = RunCall(TestSurface(), c.args[0], std::span<const std::string>(c.args).subspan(1),
-                         c.escapes, output);
+                         c.options, output);
     EXPECT_EQ(status, c.status);
     EXPECT_EQ(c.status == 0 ? output.err : output.out, "");
     if (c.text) {
@@ -168,6 +212,9 @@ TEST(Call, ListShowsDeclarationsDispidsAndHelp) {
   0x60030002  Function Pair(ByVal Value As String) As String()
   0x60030001  Function Make(ByVal Value As String) As Probe
   0x60030000  Function ValueOf(ByVal Object As Probe) As String
+  A Variant argument of crv is typed by its form: 5 (Long), 2.5 (Double),
+  True or False (Boolean), null (Null), {"Currency":"-1234.5"},
+  {"Date":"2004-12-31"}, {"Integer":5}, {"Empty":true}; other text is a String.
 class Probe (creatable)
   A test object.
   0x00000000  Property Get Value() As String  [default]
@@ -189,8 +236,23 @@ enum vxCaseEnum
   EXPECT_EQ(RunList(TestSurface(), "Nope", output), 2);
 }
 
+TEST(Call, ListNotesTheRoutinesThatMayNeverReturn) {
+  Output output;
+  ASSERT_EQ(RunList(ShippedSurface(), "Functions", output), 0);
+  for (const char* member : {"Swap(", "Pause("}) {
+    SCOPED_TRACE(member);
+    size_t at = output.out.find(member);
+    ASSERT_NE(at, std::string::npos);
+    size_t note = output.out.find("Note: ", at);
+    EXPECT_LT(note, output.out.find("  0x6003", at));  // before the next member
+    std::string line = output.out.substr(note, output.out.find('\n', note) - note);
+    EXPECT_TRUE(line.ends_with("never returns.")) << line;
+  }
+}
+
 // Runs the built crv with `args` (none holding a single quote), `input` on
-// stdin.
+// stdin, after the shell commands `before`, its stdout sent to `out_path`
+// when one is given.
 struct Finished {
   int status;
   std::string out, err;
@@ -201,13 +263,15 @@ std::string Slurp(const std::string& path) {
   return std::string(std::istreambuf_iterator<char>(f), {});
 }
 
-Finished Crv(const std::vector<std::string>& args, const std::string& input = "") {
+Finished Crv(const std::vector<std::string>& args, const std::string& input = "",
+             const std::string& before = "", const std::string& out_path = "") {
   TemporaryFolder folder;
   const std::string& dir = folder.path();
   std::ofstream(dir + "/in", std::ios::binary) << input;
-  std::string command = "'" CRV_BINARY "'";
+  std::string command = before + "'" CRV_BINARY "'";
   for (const std::string& a : args) command += " '" + a + "'";
-  command += " <'" + dir + "/in' >'" + dir + "/out' 2>'" + dir + "/err'";
+  command += " <'" + dir + "/in' >'" + (out_path.empty() ? dir + "/out" : out_path) + "' 2>'" +
+             dir + "/err'";
   const int status = std::system(command.c_str());
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Slurp(dir + "/out"), Slurp(dir + "/err")};
 }
@@ -230,6 +294,11 @@ TEST(Crv, ExitStatusesAndStreams) {
       {{"batch", "x"}, 2, ""},
       {{"--help"}, 0, nullptr},
       {{"list"}, 0, nullptr},
+      {{"-r", "Functions.ParseStr", "a b", " "}, 0, "a\n"},
+      {{"--locale", "xx-YY", "Constants.vxVBAR"}, 2, ""},
+      {{"--locale=", "batch"}, 2, ""},
+      {{"--locale", "de-XX", "-e", "Constants.vxSVM"}, 0, "\\xFC\n"},  // known language
+      {{"Functions.Field", "a\xFF|b", "|", "2"}, 2, ""},
   };
   for (const Case& c : cases) {
     std::string shown;
@@ -246,6 +315,73 @@ TEST(Crv, ExitStatusesAndStreams) {
       EXPECT_EQ(r.err, "");
     }
   }
+}
+
+TEST(Crv, VersionIsTheProjects) {
+  Finished r = Crv({"--version"});
+  EXPECT_EQ(r.status, 0);
+  EXPECT_TRUE(r.out.starts_with("crv ") && r.out.ends_with("\n") &&
+              r.out.find_first_not_of("0123456789.", 4) == r.out.size() - 1)
+      << r.out;
+}
+
+TEST(Crv, OutputThatCannotBeWrittenIsAnError) {
+  const std::vector<std::string> commands[] = {
+      {"Constants.vxVBAR"}, {"list"}, {"--help"}, {"--version"}, {"batch"}};
+  for (const auto& args : commands) {
+    SCOPED_TRACE(args[0]);
+    Finished r = Crv(args, "{\"call\":\"Constants.vxVBAR\"}\n", "", "/dev/full");
+    EXPECT_EQ(r.status, 3);
+    EXPECT_TRUE(r.err.starts_with("crv: cannot write") && r.err.ends_with("\n") &&
+                std::count(r.err.begin(), r.err.end(), '\n') == 1)
+        << r.err;
+  }
+}
+
+TEST(Crv, AFileOverTheSizeLimitIsError61) {
+  TemporaryFolder folder;
+  Finished r = Crv({"Functions.SaveTextFile", folder.path() + "/big", std::string(4096, 'x')}, "",
+                   "ulimit -f 1; ");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_TRUE(r.err.starts_with("error 61 (CRVLIB.Functions::SaveTextFile)")) << r.err;
+}
+
+// A co-process sends one request and waits for its answer before it sends
+// the next or closes the pipe.
+TEST(Crv, BatchAnswersEachLineAsItArrives) {
+  int to_crv[2], from_crv[2];
+  ASSERT_EQ(pipe(to_crv), 0);
+  ASSERT_EQ(pipe(from_crv), 0);
+  pid_t pid = fork();
+  ASSERT_GE(pid, 0);
+  if (pid == 0) {
+    dup2(to_crv[0], 0);
+    dup2(from_crv[1], 1);
+    for (int fd : {to_crv[0], to_crv[1], from_crv[0], from_crv[1]}) close(fd);
+    execl(CRV_BINARY, "crv", "batch", static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  close(to_crv[0]);
+  close(from_crv[1]);
+  auto ask = [&](std::string_view request) {
+    EXPECT_EQ(write(to_crv[1], request.data(), request.size()),
+              static_cast<ssize_t>(request.size()));
+    std::string answer;
+    char c;
+    pollfd ready{from_crv[0], POLLIN, 0};
+    while ((answer.empty() || answer.back() != '\n') && poll(&ready, 1, 10000) == 1 &&
+           read(from_crv[0], &c, 1) == 1) {
+      answer.push_back(c);
+    }
+    return answer;
+  };
+  EXPECT_EQ(ask("{\"new\":\"DynamicString\",\"as\":\"d\"}\n"), "{\"result\":{\"object\":\"d\"}}\n");
+  EXPECT_EQ(ask("{\"call\":\"Constants.vxVBAR\"}\n"), "{\"result\":\"|\"}\n");
+  close(to_crv[1]);
+  int status = 0;
+  waitpid(pid, &status, 0);
+  close(from_crv[0]);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
 }
 
 TEST(Crv, TheBundledExampleRunsCleanly) {

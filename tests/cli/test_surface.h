@@ -23,7 +23,7 @@ class Probe {
   Probe() : state_(std::make_shared<State>()) {}
 
   bool IsNothing() const { return state_ == nullptr; }
-  bool Is(const Probe& o) const { return state_ == o.state_; }
+  const void* Identity() const { return state_.get(); }
 
   String Value() const { return state_->value; }
   void SetValue(const String& NewValue) { state_->value = NewValue; }
@@ -95,6 +95,7 @@ namespace crvlib::cli {
 template <>
 struct ObjectTraits<fixtures::Probe> {
   static constexpr std::string_view kName = "Probe";
+  static const void* Identity(const fixtures::Probe& p) { return p.Identity(); }
 };
 }  // namespace crvlib::cli
 

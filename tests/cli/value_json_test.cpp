@@ -157,6 +157,9 @@ TEST(ValueJson, TypedParametersTakeOnlyTheirOwnForms) {
       {"Pick", 0, "-2147483648", "-2147483648"},
       {"Pick", 0, R"("5")", "error: expected a whole number, got a string"},
       {"Pick", 0, R"({"Long":7})", "7"},
+      {"Pick", 0, R"({"Integer":-32768})", "-32768"},
+      {"Pick", 0, R"({"Integer":40000})", "error: expected an Integer"},  // as for a Variant
+      {"Twice", 0, R"({"Long":40000})", "error: expected an Integer"},
       {"Pick", 0, "null", "error: expected a whole number, got null"},
       {"Pick", 1, R"("vxDescending")", "1"},
       {"Pick", 1, "7", "7"},  // any 32-bit value

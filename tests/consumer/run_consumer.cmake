@@ -43,3 +43,17 @@ execute_process(COMMAND ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${prefix}/lib ${
 if(rc)
   message(FATAL_ERROR "the pkg-config consumer returned ${rc}")
 endif()
+
+# The installed crv finds the library by its relative RPATH, with no
+# LD_LIBRARY_PATH, also after the tree has moved.
+set(moved ${BINARY_DIR}/consumer-moved)
+file(REMOVE_RECURSE ${moved})
+file(COPY ${prefix}/ DESTINATION ${moved})
+foreach(root ${prefix} ${moved})
+  execute_process(COMMAND ${CMAKE_COMMAND} -E env --unset=LD_LIBRARY_PATH
+                          ${root}/bin/crv Constants.vxVBAR
+                  OUTPUT_VARIABLE out RESULT_VARIABLE rc)
+  if(rc OR NOT out STREQUAL "|\n")
+    message(FATAL_ERROR "the installed crv in ${root} did not start: ${rc} ${out}")
+  endif()
+endforeach()
