@@ -11,9 +11,9 @@
 #include "runtime/date_format.h"
 #include "runtime/date_parse.h"
 #include "runtime/date_time.h"
+#include "runtime/letters.h"
 #include "runtime/number_format.h"
 #include "runtime/number_parse.h"
-#include "runtime/text.h"
 #include "runtime/text_buffer.h"
 #include "runtime/variant_text.h"
 
