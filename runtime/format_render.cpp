@@ -413,80 +413,94 @@ String PlainText(const Variant& value, const LocaleSettings& loc) {
   return b.ToString();
 }
 
-}  // namespace
-
-String FormatCompiled(const Variant& value, const CompiledFormat& f, const LocaleSettings& loc) {
-  TextBuffer out;
-  switch (f.kind) {
-    case FormatKind::kGeneral:
-      return PlainText(value, loc);
-    case FormatKind::kBoolean: {
-      if (value.IsNull()) return String();
-      DecimalNumber n;
-      if (!ValueDigits(value, loc, &n)) return PlainText(value, loc);
-      bool yes = n.count != 0;
-      switch (f.tokens[0].op) {
-        case FormatOp::kYesNo:
-          return String(yes ? u"Yes" : u"No");
-        case FormatOp::kOnOff:
-          return String(yes ? u"On" : u"Off");
-        default:
-          return String(yes ? u"True" : u"False");
-      }
-    }
-    case FormatKind::kNumber:
-    case FormatKind::kLiteral:
-      if (f.kind == FormatKind::kLiteral && value.Type() == VarType::kString) break;
-      if (f.kind == FormatKind::kLiteral && value.Type() == VarType::kDate) {
-        DateParts p;
-        if (!SplitDate(value.AsDate().serial, &p)) return PlainText(value, loc);
-        FormatDate(out, value.AsDate().serial, p, f, f.sections[0], loc);
-        return out.ToString();
-      }
-      {
-        if (value.IsNull()) {
-          if (!f.sections[3].present) return String();
-          DecimalNumber zero;
-          IntegerToDecimal(0, &zero);
-          FormatNumber(out, zero, false, f, f.sections[3], loc);
-          return out.ToString();
-        }
-        DecimalNumber n;
-        if (!ValueDigits(value, loc, &n)) return PlainText(value, loc);
-        const FormatSection* sec;
-        bool minus = false;
-        if (value.IsEmpty() && f.sections[3].present) {
-          sec = &f.sections[3];
-        } else if (n.count == 0) {
-          sec = &SectionOr(f, 2);
-        } else if (n.negative) {
-          minus = !f.sections[1].present;
-          sec = &SectionOr(f, 1);
-        } else {
-          sec = &f.sections[0];
-        }
-        FormatNumber(out, n, minus, f, *sec, loc);
-        return out.ToString();
-      }
-    case FormatKind::kDate: {
-      if (value.IsNull()) return String();
-      double serial = 0;
-      DateParts p;
-      if ((!value.IsEmpty() && !ValueSerial(value, loc, &serial)) || !SplitDate(serial, &p)) {
-        return PlainText(value, loc);
-      }
-      FormatDate(out, serial, p, f, f.sections[0], loc);
-      return out.ToString();
-    }
-    case FormatKind::kString:
-      break;
+String RenderBoolean(const Variant& value, const CompiledFormat& f, const LocaleSettings& loc) {
+  if (value.IsNull()) return String();
+  DecimalNumber n;
+  if (!ValueDigits(value, loc, &n)) return PlainText(value, loc);
+  bool yes = n.count != 0;
+  switch (f.tokens[0].op) {
+    case FormatOp::kYesNo:
+      return String(yes ? u"Yes" : u"No");
+    case FormatOp::kOnOff:
+      return String(yes ? u"On" : u"Off");
+    default:
+      return String(yes ? u"True" : u"False");
   }
-  // Strings (and literal-only formats applied to text).
+}
+
+// The section goes by the value: Null takes the fourth (or gives ""), Empty
+// the fourth when there is one, zero the third, a negative the second (or
+// the first with a leading minus), anything else the first.
+String RenderNumber(const Variant& value, const CompiledFormat& f, const LocaleSettings& loc) {
+  TextBuffer out;
+  if (value.IsNull()) {
+    if (!f.sections[3].present) return String();
+    DecimalNumber zero;
+    IntegerToDecimal(0, &zero);
+    FormatNumber(out, zero, false, f, f.sections[3], loc);
+    return out.ToString();
+  }
+  DecimalNumber n;
+  if (!ValueDigits(value, loc, &n)) return PlainText(value, loc);
+  const FormatSection* sec;
+  bool minus = false;
+  if (value.IsEmpty() && f.sections[3].present) {
+    sec = &f.sections[3];
+  } else if (n.count == 0) {
+    sec = &SectionOr(f, 2);
+  } else if (n.negative) {
+    minus = !f.sections[1].present;
+    sec = &SectionOr(f, 1);
+  } else {
+    sec = &f.sections[0];
+  }
+  FormatNumber(out, n, minus, f, *sec, loc);
+  return out.ToString();
+}
+
+String RenderDate(const Variant& value, const CompiledFormat& f, const LocaleSettings& loc) {
+  if (value.IsNull()) return String();
+  double serial = 0;
+  DateParts p;
+  if ((!value.IsEmpty() && !ValueSerial(value, loc, &serial)) || !SplitDate(serial, &p)) {
+    return PlainText(value, loc);
+  }
+  TextBuffer out;
+  FormatDate(out, serial, p, f, f.sections[0], loc);
+  return out.ToString();
+}
+
+// Empty text (and Null) takes the second section when there is one.
+String RenderString(const Variant& value, const CompiledFormat& f, const LocaleSettings& loc) {
   TextBuffer src;
   if (!value.IsNull()) AppendVariantText(src, value, loc);
   const FormatSection& sec = src.size() == 0 ? SectionOr(f, 1) : f.sections[0];
+  TextBuffer out;
   FormatString(out, src.view(), f, sec);
   return out.ToString();
+}
+
+}  // namespace
+
+String FormatCompiled(const Variant& value, const CompiledFormat& f, const LocaleSettings& loc) {
+  switch (f.kind) {
+    case FormatKind::kGeneral:
+      return PlainText(value, loc);
+    case FormatKind::kBoolean:
+      return RenderBoolean(value, f, loc);
+    case FormatKind::kNumber:
+      return RenderNumber(value, f, loc);
+    case FormatKind::kDate:
+      return RenderDate(value, f, loc);
+    case FormatKind::kLiteral:
+      // Literal text alone is laid out as the value's own kind would be.
+      if (value.Type() == VarType::kDate) return RenderDate(value, f, loc);
+      if (value.Type() != VarType::kString) return RenderNumber(value, f, loc);
+      break;
+    case FormatKind::kString:
+      break;
+  }
+  return RenderString(value, f, loc);
 }
 
 }  // namespace crvlib::internal
