@@ -204,7 +204,8 @@ class Compiler {
     Add(FormatOp::kLiteral, 0, static_cast<uint32_t>(pos), static_cast<uint32_t>(len));
   }
 
-  size_t Run(char16_t lower_letter, size_t max) const {
+  // How many `lower_letter`s, in either case, stand at i_ (at most `max`).
+  size_t RunLength(char16_t lower_letter, size_t max) const {
     size_t n = 0;
     while (i_ + n < s_.size() && n < max && Lower(s_[i_ + n]) == lower_letter) ++n;
     return n;
@@ -304,16 +305,16 @@ class Compiler {
         static constexpr FormatOp kOps[] = {
             FormatOp::kDay,     FormatOp::kDay2,      FormatOp::kDayAbbreviation,
             FormatOp::kDayName, FormatOp::kShortDate, FormatOp::kLongDate};
-        size_t n = Run(u'd', 6);
+        size_t n = RunLength(u'd', 6);
         hour_seen_ = false;
         return Date(kOps[n - 1], n);
       }
       case u'w': {
-        size_t n = Run(u'w', 2);
+        size_t n = RunLength(u'w', 2);
         return Date(n == 1 ? FormatOp::kWeekday : FormatOp::kWeekOfYear, n);
       }
       case u'm': {
-        size_t n = Run(u'm', 4);
+        size_t n = RunLength(u'm', 4);
         if (n <= 2 && hour_seen_ && !minute_written_) {
           minute_written_ = true;
           return Date(n == 1 ? FormatOp::kMinute : FormatOp::kMinute2, n);
@@ -325,7 +326,7 @@ class Compiler {
       case u'q':
         return Date(FormatOp::kQuarter, 1);
       case u'y': {
-        size_t n = Run(u'y', 4);
+        size_t n = RunLength(u'y', 4);
         if (n == 3) n = 2;  // "yyy" is "yy" then "y"
         return Date(n == 1   ? FormatOp::kDayOfYear
                     : n == 2 ? FormatOp::kYear2
@@ -333,21 +334,21 @@ class Compiler {
                     n);
       }
       case u'h': {
-        size_t n = Run(u'h', 2);
+        size_t n = RunLength(u'h', 2);
         hour_seen_ = true;
         minute_written_ = false;
         return Date(n == 1 ? FormatOp::kHour : FormatOp::kHour2, n);
       }
       case u'n': {
-        size_t n = Run(u'n', 2);
+        size_t n = RunLength(u'n', 2);
         return Date(n == 1 ? FormatOp::kMinute : FormatOp::kMinute2, n);
       }
       case u's': {
-        size_t n = Run(u's', 2);
+        size_t n = RunLength(u's', 2);
         return Date(n == 1 ? FormatOp::kSecond : FormatOp::kSecond2, n);
       }
       case u't':
-        return Run(u't', 5) == 5 && Date(FormatOp::kLongTime, 5);
+        return RunLength(u't', 5) == 5 && Date(FormatOp::kLongTime, 5);
       default:
         return false;
     }
