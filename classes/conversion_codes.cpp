@@ -10,7 +10,7 @@
 #include "classes/conversion_codes.h"
 #include "core/thread_state.h"
 #include "runtime/code_page.h"
-#include "runtime/text.h"
+#include "runtime/letters.h"
 
 namespace crvlib::internal {
 namespace {

@@ -27,8 +27,8 @@
 #include "core/error_frame.h"
 #include "runtime/format.h"
 #include "runtime/number_format.h"
+#include "runtime/number_parse.h"
 #include "runtime/rounding.h"
-#include "runtime/text.h"
 #include "runtime/text_buffer.h"
 #include "runtime/val.h"
 

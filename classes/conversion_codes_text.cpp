@@ -21,8 +21,8 @@
 #include "classes/conversion_codes.h"
 #include "core/error_frame.h"
 #include "runtime/code_page.h"
+#include "runtime/letters.h"
 #include "runtime/number_parse.h"
-#include "runtime/text.h"
 #include "runtime/text_buffer.h"
 
 namespace crvlib::internal {

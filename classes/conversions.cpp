@@ -19,7 +19,7 @@
 #include "crvlib/conversions.h"
 #include "crvlib/dynamic_string.h"
 #include "runtime/code_page.h"
-#include "runtime/text.h"
+#include "runtime/letters.h"
 
 namespace crvlib {
 namespace {

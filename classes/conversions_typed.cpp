@@ -17,9 +17,9 @@
 #include "crvlib/dynamic_string.h"
 #include "runtime/date_parse.h"
 #include "runtime/format.h"
+#include "runtime/letters.h"
 #include "runtime/number_parse.h"
 #include "runtime/rounding.h"
-#include "runtime/text.h"
 
 namespace crvlib {
 namespace {

@@ -25,7 +25,8 @@
 #include "core/error_frame.h"
 #include "crvlib/functions.h"
 #include "platform/documents_folder.h"
-#include "runtime/text.h"
+#include "runtime/letters.h"
+#include "runtime/number_parse.h"
 
 namespace crvlib {
 namespace {

@@ -27,8 +27,8 @@
 #include "crvlib/validations.h"
 #include "runtime/code_page.h"
 #include "runtime/date_parse.h"
+#include "runtime/letters.h"
 #include "runtime/number_parse.h"
-#include "runtime/text.h"
 
 namespace crvlib {
 namespace {

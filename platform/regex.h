@@ -7,8 +7,8 @@
 // code units; a lone surrogate is an ordinary unit.
 //
 // Which engine stands behind the object is the platform's business: the
-// Linux build translates the pattern to PCRE2 and caches the compiled form per
-// thread (regex_pcre2.cpp); a Windows build may wrap the system's own RegExp
+// Linux build translates the pattern to PCRE2 (regex_to_pcre2.h) and caches
+// the compiled form per thread (regex_pcre2.cpp); a Windows build may wrap the system's own RegExp
 // object instead. Like that object, a RegExp is created fresh for each use,
 // and creating it can fail when no engine is available.
 //

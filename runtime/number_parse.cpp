@@ -405,4 +405,13 @@ bool ParseBoolean(std::u16string_view text) {
   return RaiseOnFailure<bool>(text, TryParseBoolean);
 }
 
+bool IsNumeric(std::u16string_view text, const LocaleSettings& locale) {
+  DecimalNumber n;
+  return ScanNumber(text, locale, &n) != ParseStatus::kTypeMismatch;
+}
+
+bool IsNumeric(std::u16string_view text) {
+  return IsNumeric(text, State().locale);
+}
+
 }  // namespace crvlib::internal

@@ -87,6 +87,12 @@ int32_t ParseLong(std::u16string_view text);
 int16_t ParseInteger(std::u16string_view text);
 bool ParseBoolean(std::u16string_view text);
 
+// True when the text reads as a number under the rules above (a number
+// beyond the Double range still counts): IsNumeric.
+//   IsNumeric(u" $1,234.50 ") && IsNumeric(u"&HFF") && !IsNumeric(u"") && !IsNumeric(u"1e")
+bool IsNumeric(std::u16string_view text, const LocaleSettings& locale);
+bool IsNumeric(std::u16string_view text);
+
 }  // namespace crvlib::internal
 
 #endif  // CRVLIB_RUNTIME_NUMBER_PARSE_H_

@@ -52,71 +52,19 @@ void RunTable(std::initializer_list<Case> cases, bool ignore_case) {
   }
 }
 
+// What the translated patterns mean once PCRE2 runs them with the backend's
+// options; what each construct is translated to is regex_to_pcre2_test.cpp's.
 TEST(RegExp, ReadsTheVBScriptDialect) {
   RunTable(
       {
-          // What the dialect rejects.
-          {u"(", u"(", kBadPattern},
-          {u")", u")", kBadPattern},
-          {u"[a", u"[a", kBadPattern},
-          {u"\\", u"\\", kBadPattern},
-          {u"*a", u"a", kBadPattern},
-          {u"a{2}{3}", u"aaaaaa", kBadPattern},
-          {u"^*", u"a", kBadPattern},
-          {u"\\b+", u"a", kBadPattern},
-          {u"[z-a]", u"a", kBadPattern},
-          {u"a{3,2}", u"aaa", kBadPattern},
-          {u"(?<=a)b", u"ab", kBadPattern},  // no look-behind
-          {u"a{65536}", u"a", kBadPattern},  // past PCRE2's largest count
-
-          // Escapes: letters without an escape meaning stand for themselves.
-          {u"x\\A", u"xA", kYes},
-          {u"\\p{L}", u"p{L}", kYes},
-          // \v is the vertical tab, not a class of vertical space.
-          {u"^\\v$", u"\v", kYes},
-          {u"^\\v$", u"\n", kNo},
-          {u"^\\cJ$", u"\n", kYes},
-          {u"^\\c1$", u"\\c1", kYes},  // \c without a letter is a backslash
-          {u"^\\x41$", u"A", kYes},
-          {u"^\\x4$", u"x4", kYes},  // incomplete: the letter itself
-          {u"^\\u00e9$", u"\u00e9", kYes},
-          {u"^\\u12$", u"u12", kYes},
-          {u"^\\101$", u"A", kYes},  // octal
-          {u"^\\0$", std::u16string_view(u"\0", 1), kYes},
-          {u"^\\/$", u"/", kYes},
-          {u"^\\d\\w\\s$", u"7_\v", kYes},
-          // Back references.
           {u"^(a)\\1$", u"aa", kYes},
           {u"^(a)\\1$", u"ab", kNo},
           {u"^\\1(a)$", u"a", kYes},        // forward: not yet set, matches empty
           {u"^(?:(a)|b)\\1$", u"b", kYes},  // unset: matches empty
-          {u"^(a)\\2$", u"a\x02", kYes},    // no group 2: octal
-          {u"^(a)\\10$", u"a\b", kYes},     // no group 10: octal 10
-          {u"^(a)\\9$", u"a9", kYes},       // \9 without a group 9 is "9"
-          {u"^(a)(b)(c)(d)(e)(f)(g)(h)(i)(j)\\10$", u"abcdefghijj", kYes},
-          // Classes and anchors.
-          {u"[\\d-z]", u"-", kYes},  // a class escape next to "-" keeps the dash
-          {u"^[\\d-z]$", u"a", kNo},
-          {u"^[a-]$", u"-", kYes},
-          {u"^[\\b]$", u"\b", kYes},
-          {u"^[\\101]$", u"A", kYes},
-          {u"[]", u"abc", kNo},  // the empty class never matches
-          {u"^[^]$", u"\n", kYes},
-          {u"]", u"]", kYes},
-          {u"a{,3}", u"a{,3}", kYes},  // not a quantifier: literal text
-          {u"x{", u"x{", kYes},
-          {u"^.$", u"\n", kNo},
-          {u"^.$", u"\r", kYes},
-          {u"a$", u"a\n", kNo},  // $ is the very end
-          {u"^b", u"a\nb", kNo},
-          {u"\\s", u"\u00a0", kNo},
-          {u"\\w", u"\u00e9", kNo},
-          {u"\\d", u"\u0663", kNo},
-          {u"a\\b", u"a\u00e9", kYes},  // é is no word character
+          {u"^b", u"a\nb", kNo},            // ^ is the very start
+          {u"a\\b", u"a\u00e9", kYes},      // é is no word character
           {u"(?=a)b|b", u"b", kYes},
           {u"^(?!a).", u"b", kYes},
-          {u"^a{2,}$", u"a", kNo},
-          {u"^a{0}$", u"", kYes},
           // Code units, not code points.
           {u"^\\ud800$", u"\xd800", kYes},
           {u"^.$", u"\xdc00", kYes},
@@ -130,17 +78,6 @@ TEST(RegExp, ReadsTheVBScriptDialect) {
 TEST(RegExp, IgnoreCaseComparesCanonicalForms) {
   RunTable(
       {
-          {u"^[a-z]+$", u"ABC", kYes},
-          {u"\u00e9", u"\u00c9", kYes},
-          {u"^[\u00e0-\u00fe]$", u"\u00c0", kYes},
-          {u"^[^a]$", u"A", kNo},
-          {u"^\\W$", u"A", kNo},
-          {u"\u03c3", u"\u03c2", kYes},  // both upper-case to capital sigma
-          {u"\u00b5", u"\u03bc", kYes},  // micro sign and mu
-          // Nothing above 127 meets ASCII: long s, Kelvin sign.
-          {u"s", u"\u017f", kNo},
-          {u"k", u"\u212a", kNo},
-          {u"\\w", u"\u212a", kNo},
           {u"^(\u00e9)\\1$", u"\u00e9\u00c9", kYes},
           {u"\\bfoo\\b", u"\u00e9FOO\u00e9", kYes},
           {u"\\Bfoo", u"xFOO", kYes},
@@ -178,8 +115,6 @@ TEST(RegExp, LongSubjectsAndHugePatterns) {
   EXPECT_EQ(Outcome(u"ab$", huge), kYes);
   ExpectAnswerOrGivingUp(u"^(?:a|c)*b$", huge, true);
 
-  std::u16string too_long(300000, u'a');
-  EXPECT_EQ(Outcome(too_long, u"a"), kBadPattern);
   std::u16string too_big;
   for (int i = 0; i < 20000; ++i) too_big += u"(?:ab|cd)";
   EXPECT_EQ(Outcome(too_big, u"ab"), kBadPattern);  // compiled form past PCRE2's size limit

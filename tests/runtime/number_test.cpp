@@ -12,7 +12,6 @@
 #include "runtime/number_format.h"
 #include "runtime/number_parse.h"
 #include "runtime/rounding.h"
-#include "runtime/text.h"
 #include "runtime/val.h"
 #include "runtime/variant_text.h"
 #include "tests/runtime/runtime_test_util.h"

@@ -1,9 +1,7 @@
-// Change, the quoting routines and Field, which run on a temporary
-// DynamicString.
+// Field, ParseStr and RevInStr.
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <functional>
 #include <random>
 #include <string>
 #include <vector>
@@ -14,33 +12,56 @@
 namespace crvlib {
 namespace {
 
-TEST(Change, ReplacesEveryOccurrenceCaseSensitively) {
+TEST(ParseStr, WalksSegmentsAndWritesBackThePosition) {
   struct Case {
-    std::u16string_view value, find, replace, want;
+    std::u16string_view value, delimiters;
+    int32_t position;
+    std::u16string_view want;
+    int32_t position_after;  // or the error number when `want` is "!"
   };
   constexpr Case kCases[] = {
-      {u"a.b.c", u".", u"-", u"a-b-c"},  // every occurrence
-      {u"aAa", u"a", u"x", u"xAx"},      // case-sensitive
-      {u"aaa", u"a", u"aa", u"aaaaaa"},  // replaced text is not searched again
-      {u"aaaa", u"aa", u"b", u"bb"},     // matches never overlap
-      {u"abcabc", u"bc", u"", u"aa"},    // deleting
-      {u"abc", u"abcd", u"x", u"abc"},   // longer than the value
+      {u"  ab, cd", u" ,", 1, u"ab", 5},
+      {u"  ab, cd", u" ,", 5, u"cd", 9},
+      {u"  ab, cd", u" ,", 9, u"", 9},  // past the end: left as it is, not 0
+      {u"abc", u"", 1, u"ab", 3},       // empty set: the last character is left off
+      {u"abc", u"", 3, u"", 0},         // a single remaining character gives ""
+      {u",,,", u",", 1, u"", 4},        // only separators: stops past the end
+      {u"abc", u",", 0, u"!", 5},       // mid with a start below 1
+      {u"", u"", 1, u"!", 5},           // mid with a negative length
   };
   for (const Case& c : kCases) {
-    SCOPED_TRACE(String(c.value).ToUtf8() + " / " + String(c.find).ToUtf8());
-    EXPECT_EQ(Functions::Change(String(c.value), String(c.find), String(c.replace)), c.want);
+    SCOPED_TRACE(testing::Message() << String(c.value).ToUtf8() << " @" << c.position);
+    int32_t position = c.position;
+    auto call = [&] {
+      return Functions::ParseStr(String(c.value), String(c.delimiters), position);
+    };
+    if (c.want == u"!") {
+      EXPECT_EQ(RaisedBy(call), Raised(c.position_after, u"CRVLIB.Functions::ParseStr"));
+    } else {
+      EXPECT_EQ(call(), c.want);
+      EXPECT_EQ(position, c.position_after);
+    }
   }
-  // An empty FindValue is refused by ChangeAll, reported under Change.
-  EXPECT_EQ(RaisedBy([] { Functions::Change(u"abc", u"", u"x"); }),
-            Raised(5, u"CRVLIB.Functions::Change"));
+  EXPECT_EQ(Functions::ParseStr(u",x,y", u","), u"x");  // Position defaults to 1
 }
 
-TEST(QuoteStr, DoublesEmbeddedQuotesAndWraps) {
-  EXPECT_EQ(Functions::QuoteStr(u""), u"''");
-  EXPECT_EQ(Functions::QuoteStr(u"it's"), u"'it''s'");
-  EXPECT_EQ(Functions::QuoteStr(u"say \"hi\""), u"'say \"hi\"'");  // the other quote stays
-  EXPECT_EQ(Functions::DblQuoteStr(u""), u"\"\"");
-  EXPECT_EQ(Functions::DblQuoteStr(u"a\"b\"c"), u"\"a\"\"b\"\"c\"");
+TEST(RevInStr, FindsTheLastStartAtOrBeforeStart) {
+  struct Case {
+    int32_t start;
+    std::u16string_view value, find;
+    int32_t want;
+  };
+  constexpr Case kCases[] = {
+      {0, u"abcabc", u"bc", 5}, {4, u"abcabc", u"bc", 2}, {5, u"abcabc", u"bc", 5},
+      {2, u"abcd", u"bcd", 0},  // a Start closer to the front than FindStr is long
+      {3, u"abcd", u"bcd", 2},  // yet the match may run past Start
+      {3, u"abcd", u"ab", 1},   // the scan reaches position 1
+      {1, u"", u"a", 0},        {9, u"abc", u"", 3},      {-5, u"abc", u"x", 0},
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(testing::Message() << c.start << " " << String(c.find).ToUtf8());
+    EXPECT_EQ(Functions::RevInStr(c.start, String(c.value), String(c.find)), c.want);
+  }
 }
 
 TEST(Field, JoinsElementsFromPosition) {

@@ -1,19 +1,16 @@
-// Case mapping, letter tests and StrComp.
-#include "runtime/text.h"
+// Case mapping and letter tests.
+#include "runtime/letters.h"
 
 #include <gtest/gtest.h>
 
-#include "core/error_frame.h"
-#include "runtime/compare.h"
 #include "tests/runtime/runtime_test_util.h"
-#include "tests/testing/raised.h"
 
 namespace crvlib::internal {
 namespace {
 
-using TextTest = EnUs;
+using LettersTest = EnUs;
 
-TEST_F(TextTest, CaseMappingIsSimpleAndKeepsLength) {
+TEST_F(LettersTest, CaseMappingIsSimpleAndKeepsLength) {
   struct Row {
     const char* source;
     std::u16string_view in, upper, lower;
@@ -33,7 +30,7 @@ TEST_F(TextTest, CaseMappingIsSimpleAndKeepsLength) {
   }
 }
 
-TEST_F(TextTest, LetterTests) {
+TEST_F(LettersTest, LetterTests) {
   struct Row {
     const char* source;
     char16_t c;
@@ -51,25 +48,6 @@ TEST_F(TextTest, LetterTests) {
     EXPECT_EQ(IsCharAlpha(r.c), r.alpha);
     EXPECT_EQ(IsCharAlphaNumeric(r.c), r.alnum);
   }
-}
-
-TEST_F(TextTest, StrCompModes) {
-  struct Row {
-    const char* source;
-    std::u16string_view a, b;
-    int32_t mode;
-    int want;
-  };
-  const Row rows[] = {
-      {"doc", u"ABCD", u"abcd", 1, 0}, {"doc", u"ABCD", u"abcd", 0, -1},
-      {"doc", u"abcd", u"ABCD", 0, 1}, {"hand", u"a", u"B", 0, 1},
-      {"hand", u"a", u"B", 1, -1},     {"hand", u"", u"", 0, 0},
-  };
-  for (const Row& r : rows) {
-    SCOPED_TRACE(testing::Message() << r.source << " " << U8(r.a) << " " << U8(r.b));
-    EXPECT_EQ(StrComp(r.a, r.b, r.mode), r.want);
-  }
-  EXPECT_EQ(RaisedBy([] { StrComp(u"a", u"b", 2); }).number, 5);
 }
 
 }  // namespace
