@@ -439,7 +439,9 @@ decltype(auto) Run(const DynamicString& self, std::u16string_view source, Fn&& f
 
 }  // namespace
 
-DynamicString::DynamicString() : impl_(std::make_shared<DynamicStringImpl>()) {}
+DynamicString::DynamicString()
+    : impl_(internal::TrapUnnamed(u"CRVLIB.DynamicString::Class_Initialize"sv,
+                                  [] { return std::make_shared<DynamicStringImpl>(); })) {}
 
 internal::DynamicStringImpl& DynamicString::impl() const {
   if (!impl_) internal::Raise(internal::kObjectNotSet);
