@@ -65,8 +65,10 @@ String Conversions::BooleanOut(const Variant& Bool, String& OutputFormat) {
 }
 
 String Conversions::BooleanOut(const Variant& Bool) {
-  String format(u"True/False");
-  return BooleanOut(Bool, format);
+  return Trap(u"CRVLIB.Converions::BooleanOut", [&] {
+    String format(u"True/False");
+    return BooleanOut(Bool, format);
+  });
 }
 
 Variant Conversions::CurrencyIn(const String& Value) {

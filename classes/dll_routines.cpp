@@ -21,6 +21,14 @@ int32_t Status(const ResumeNext& err) {
   return err.Number() == 0 ? -1 : 0;
 }
 
+// The wrapper's object, made as its first statement: should that fail, the
+// statements that use it fail too (91) and the status says so.
+DynamicString Created(ResumeNext& err) {
+  DynamicString d(nullptr);
+  err([&] { d = DynamicString(); });
+  return d;
+}
+
 }  // namespace
 
 int32_t DLLRoutines::CRVChangeDelimiter(String& ArrayValue, const String& OldDelimiter,
@@ -41,7 +49,7 @@ int32_t DLLRoutines::CRVChangeDelimiter(String& ArrayValue, const String& OldDel
     });
     return Status(err);
   }
-  DynamicString d;
+  DynamicString d = Created(err);
   err([&] { d.SetValue(ArrayValue); });
   // Unlike Functions.ChangeDelimiter, an empty OldDelimiter reaches ChangeAll
   // and fails there.
@@ -52,7 +60,7 @@ int32_t DLLRoutines::CRVChangeDelimiter(String& ArrayValue, const String& OldDel
 
 int32_t DLLRoutines::CRVCountElements(const String& ArrayValue, const String& Delimiter) {
   ResumeNext err;
-  DynamicString d;
+  DynamicString d = Created(err);
   int32_t count = 0;
   err([&] { d.SetValue(ArrayValue); });
   err([&] { count = d.CountElements(Delimiter); });
@@ -62,7 +70,7 @@ int32_t DLLRoutines::CRVCountElements(const String& ArrayValue, const String& De
 int32_t DLLRoutines::CRVDeleteElement(String& ArrayValue, const String& Delimiter,
                                       int32_t Position) {
   ResumeNext err;
-  DynamicString d;
+  DynamicString d = Created(err);
   err([&] { d.SetValue(ArrayValue); });
   err([&] { d.DeleteElement(Delimiter, Position); });
   err([&] { ArrayValue = d.Value(); });
@@ -72,7 +80,7 @@ int32_t DLLRoutines::CRVDeleteElement(String& ArrayValue, const String& Delimite
 int32_t DLLRoutines::CRVExtractElement(const String& ArrayValue, const String& Delimiter,
                                        int32_t Position, String& ExtractedElement) {
   ResumeNext err;
-  DynamicString d;
+  DynamicString d = Created(err);
   err([&] { d.SetValue(ArrayValue); });
   err([&] { ExtractedElement = d.ExtractElement(Delimiter, Position).Value(); });
   return Status(err);
@@ -81,7 +89,7 @@ int32_t DLLRoutines::CRVExtractElement(const String& ArrayValue, const String& D
 int32_t DLLRoutines::CRVInsertElement(String& ArrayValue, const String& Delimiter, int32_t Position,
                                       const String& InsertElement) {
   ResumeNext err;
-  DynamicString d;
+  DynamicString d = Created(err);
   err([&] { d.SetValue(ArrayValue); });
   err([&] { d.InsertElement(InsertElement, Delimiter, Position); });
   err([&] { ArrayValue = d.Value(); });
@@ -94,7 +102,7 @@ int32_t DLLRoutines::CRVInsertElementSorted(const String& ArrayValue, const Stri
                                             vxJustificationEnum Justification, vxCaseEnum CaseType,
                                             vxDuplicatesEnum AllowDuplication) {
   ResumeNext err;
-  DynamicString d;
+  DynamicString d = Created(err);
   err([&] { d.SetValue(ArrayValue); });
   // Deliberately, only the position comes back, and 0-based.
   err([&] {
@@ -109,7 +117,7 @@ int32_t DLLRoutines::CRVLocateElement(const String& ArrayValue, const String& El
                                       const String& Delimiter, int32_t Position,
                                       vxMatchingEnum SearchType, vxCaseEnum CaseType) {
   ResumeNext err;
-  DynamicString d;
+  DynamicString d = Created(err);
   int32_t found = 0;
   err([&] { d.SetValue(ArrayValue); });
   err([&] { found = d.LocateElement(Element, Delimiter, Position, SearchType, CaseType); });
@@ -119,7 +127,7 @@ int32_t DLLRoutines::CRVLocateElement(const String& ArrayValue, const String& El
 int32_t DLLRoutines::CRVReplaceElement(String& ArrayValue, const String& Delimiter,
                                        int32_t Position, const String& ReplaceElement) {
   ResumeNext err;
-  DynamicString d;
+  DynamicString d = Created(err);
   err([&] { d.SetValue(ArrayValue); });
   err([&] { d.ReplaceElement(ReplaceElement, Delimiter, Position); });
   err([&] { ArrayValue = d.Value(); });
@@ -130,7 +138,7 @@ int32_t DLLRoutines::CRVSortElements(String& ArrayValue, const String& Delimiter
                                      vxSortOrderEnum SortOrder, vxJustificationEnum Justification,
                                      vxCaseEnum CaseType) {
   ResumeNext err;
-  DynamicString d;
+  DynamicString d = Created(err);
   err([&] { d.SetValue(ArrayValue); });
   err([&] { d.SortElements(Delimiter, SortOrder, Justification, CaseType); });
   err([&] { ArrayValue = d.Value(); });

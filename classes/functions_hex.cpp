@@ -44,10 +44,12 @@ String Functions::ConvertStrToHex(const String& Value) {
 String Functions::ConvertHexToStr(const String& HexString) {
   constexpr std::u16string_view kSource = u"CRVLIB.Functions::ConvertHexToStr";
   constexpr std::u16string_view kMark = u"^H";
-  // Raised outside the frame, so the caller gets it exactly as built here.
+  // Raised outside the trap, so the caller gets it exactly as built here.
   if (!HexString.view().starts_with(kMark)) {
-    const Variant inserts[] = {Variant(u"\r")};
-    internal::RaiseLibrary(vxInvalidHexString, kSource, inserts);
+    internal::TrapForeign(kSource, [] {
+      const Variant inserts[] = {Variant(u"\r")};
+      internal::RaiseLibrary(vxInvalidHexString, kSource, inserts);
+    });
   }
   return internal::Trap(kSource, [&] {
     const String mark(kMark);

@@ -220,10 +220,11 @@ void Functions::ParseFileName(const String& FileName, String& Drive, String& Pat
   });
 }
 
-// The documents folder, from the platform; there is deliberately no error
-// frame here, so anything raised reaches the caller as it was raised.
+// The documents folder, from the platform; there is deliberately no trap
+// here, so anything raised reaches the caller as it was raised.
 String Functions::GetMyDocumentsPath() {
-  return String::FromUtf8(platform::DocumentsFolder());
+  return internal::TrapForeign(u"CRVLIB.Functions::GetMyDocumentsPath",
+                               [] { return String::FromUtf8(platform::DocumentsFolder()); });
 }
 
 }  // namespace crvlib

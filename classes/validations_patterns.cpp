@@ -73,7 +73,9 @@ bool TestRegExp(std::u16string_view value, std::u16string_view pattern, bool ign
   internal::ResumeNext on_error;
   std::optional<platform::RegExp> regexp;
   on_error([&] { regexp.emplace(); });
-  if (on_error.Number() != 0) RaiseMissingEngine(on_error.Number());
+  if (on_error.Number() != 0) {
+    internal::TrapForeign(kRegExpSource, [&] { RaiseMissingEngine(on_error.Number()); });
+  }
   bool result = false;
   on_error([&] {
     regexp->SetIgnoreCase(ignore_case);

@@ -2,6 +2,8 @@
 // error frame.
 #include "crvlib/error.h"
 
+#include <new>
+#include <stdexcept>
 #include <string>
 
 #include "core/error_frame.h"
@@ -43,6 +45,7 @@ constexpr RuntimeError kRuntimeErrors[] = {
     {11, u"Division by zero"},
     {13, u"Type mismatch"},
     {14, u"Out of string space"},
+    {51, u"Internal error"},
     {52, u"Bad file name or number"},
     {53, u"File not found"},
     {54, u"Bad file mode"},
@@ -88,16 +91,29 @@ void RaiseLibrary(vxLibErrorCodes code, std::u16string_view source,
   throw Error(LibraryErrorNumber(code), String(source), std::move(text));
 }
 
-void RethrowAs(std::u16string_view source, bool only_unnamed) {
+int32_t ForeignErrorNumber() noexcept {
+  try {
+    throw;
+  } catch (const std::bad_alloc&) {
+    return kOutOfMemory;
+  } catch (const std::length_error&) {
+    // A string or array beyond what can be allocated at all.
+    return kOutOfStringSpace;
+  } catch (...) {
+    return kInternalError;
+  }
+}
+
+void RethrowAs(std::u16string_view source, Rename rename) {
   try {
     throw;
   } catch (Error& e) {
-    if (!only_unnamed || e.Source().empty()) e.SetSource(String(source));
+    if (rename == Rename::kAll || (rename == Rename::kUnnamed && e.Source().empty())) {
+      e.SetSource(String(source));
+    }
     throw;
-  } catch (const std::bad_alloc&) {
-    Raise(kOutOfMemory, source);
-  } catch (const std::length_error&) {
-    Raise(kOutOfStringSpace, source);
+  } catch (...) {
+    Raise(ForeignErrorNumber(), source);
   }
 }
 

@@ -9,16 +9,20 @@
 // again with the same number and description and the routine's source, so the
 // caller never sees where inside the library it started. TrapUnnamed is the
 // frame of the object classes: it names only errors raised without a source.
-// Memory exhaustion and oversized strings become runtime errors 7 and 14.
-// ResumeNext is the statement-by-statement form used where a routine must not
-// raise at all: it runs one statement, keeps the number of its error and goes on.
+// TrapForeign is the frame of the routines that deliberately have no trap:
+// their errors reach the caller as raised. ResumeNext is the statement-by-
+// statement form used where a routine must not raise at all: it runs one
+// statement, keeps the number of its error and goes on.
+//
+// Only Error ever leaves a frame. Any other exception becomes a runtime error
+// under the routine's source: memory exhaustion 7 (Out of memory), an
+// oversized string 14 (Out of string space) and anything else 51 (Internal
+// error).
 #ifndef CRVLIB_CORE_ERROR_FRAME_H_
 #define CRVLIB_CORE_ERROR_FRAME_H_
 
 #include <cstdint>
-#include <new>
 #include <span>
-#include <stdexcept>
 #include <string_view>
 #include <utility>
 
@@ -35,6 +39,7 @@ inline constexpr int32_t kOutOfMemory = 7;
 inline constexpr int32_t kSubscriptOutOfRange = 9;
 inline constexpr int32_t kTypeMismatch = 13;
 inline constexpr int32_t kOutOfStringSpace = 14;
+inline constexpr int32_t kInternalError = 51;
 inline constexpr int32_t kObjectNotSet = 91;
 inline constexpr int32_t kInvalidUseOfNull = 94;
 inline constexpr int32_t kInvalidPropertyValue = 380;
@@ -57,14 +62,24 @@ int32_t LibraryErrorNumber(vxLibErrorCodes code);
                                std::span<const Variant> inserts = {},
                                std::u16string_view suffix = {});
 
-[[noreturn]] void RethrowAs(std::u16string_view source, bool only_unnamed);
+// The number a foreign (non-Error) exception becomes: 7, 14 or 51. Only
+// inside a handler, for the exception being handled.
+int32_t ForeignErrorNumber() noexcept;
+
+// Which errors a frame gives its own source.
+enum class Rename { kAll, kUnnamed, kNone };
+
+// Raises the exception being handled again as an Error: an Error keeps its
+// number and description and takes `source` as `rename` says; anything else
+// becomes ForeignErrorNumber() with `source`. Only inside a handler.
+[[noreturn]] void RethrowAs(std::u16string_view source, Rename rename);
 
 template <class Fn>
 decltype(auto) Trap(std::u16string_view source, Fn&& fn) {
   try {
     return std::forward<Fn>(fn)();
   } catch (...) {
-    RethrowAs(source, false);
+    RethrowAs(source, Rename::kAll);
   }
 }
 
@@ -73,7 +88,16 @@ decltype(auto) TrapUnnamed(std::u16string_view source, Fn&& fn) {
   try {
     return std::forward<Fn>(fn)();
   } catch (...) {
-    RethrowAs(source, true);
+    RethrowAs(source, Rename::kUnnamed);
+  }
+}
+
+template <class Fn>
+decltype(auto) TrapForeign(std::u16string_view source, Fn&& fn) {
+  try {
+    return std::forward<Fn>(fn)();
+  } catch (...) {
+    RethrowAs(source, Rename::kNone);
   }
 }
 
@@ -89,10 +113,8 @@ class ResumeNext {
       std::forward<Fn>(fn)();
     } catch (const Error& e) {
       number_ = e.Number();
-    } catch (const std::bad_alloc&) {
-      number_ = kOutOfMemory;
-    } catch (const std::length_error&) {
-      number_ = kOutOfStringSpace;
+    } catch (...) {
+      number_ = ForeignErrorNumber();
     }
   }
   int32_t Number() const { return number_; }

@@ -104,9 +104,14 @@ void AdjustScanForEdit(ScanCache& s, int32_t EditStart, int32_t LengthB) {
   } else if (EditStart == s.ScanStart) {
     // An edit at the cached element's start backs the cache up by one
     // element, so a loop that edits the current element keeps its place.
+    // The element before that one is not known any more: a second edit at
+    // the same start must not back up onto the element it has just changed.
     s.ScanElement = s.ScanPrevElement;
     s.ScanStart = s.ScanPrevStart;
     s.ScanLength = s.ScanPrevLength;
+    s.ScanPrevElement = 0;
+    s.ScanPrevStart = 0;
+    s.ScanPrevLength = 0;
     s.ScanAtEnd = LengthB == 0;
   } else if (int64_t{EditStart} < int64_t{s.ScanStart} + s.ScanLength + s.ScanDelimiter.LenB()) {
     ResetScanCache(s, LengthB);
@@ -434,7 +439,9 @@ decltype(auto) Run(const DynamicString& self, std::u16string_view source, Fn&& f
 
 }  // namespace
 
-DynamicString::DynamicString() : impl_(std::make_shared<DynamicStringImpl>()) {}
+DynamicString::DynamicString()
+    : impl_(internal::TrapUnnamed(u"CRVLIB.DynamicString::Class_Initialize"sv,
+                                  [] { return std::make_shared<DynamicStringImpl>(); })) {}
 
 internal::DynamicStringImpl& DynamicString::impl() const {
   if (!impl_) internal::Raise(internal::kObjectNotSet);

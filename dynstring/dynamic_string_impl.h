@@ -48,8 +48,9 @@ struct ScanCache {
 void ResetScanCache(ScanCache& s, int32_t LengthB);
 // The cache's part of an edit of its view at EditStart, the view now being
 // LengthB bytes long: with no cached element, a reset; at the cached
-// element's start, a step back to the previous element; before the end of
-// the cached element's delimiter, a reset; after it, nothing.
+// element's start, a step back to the previous element (which is then the
+// only one known); before the end of the cached element's delimiter, a
+// reset; after it, nothing.
 void AdjustScanForEdit(ScanCache& s, int32_t EditStart, int32_t LengthB);
 
 // -1, 0 or 1: the comparison of elements, with the family's byte-mode flag

@@ -321,10 +321,13 @@ struct ElementSpan {
 // Where ExtractElement's view lies. -1 is taken as 2147483647, which the scan
 // never reaches: it runs to the last element and reports it, unless the cache
 // already knows the end, when the answer is an empty range at the end. This
-// dependence on the cache is deliberate.
+// dependence on the cache is deliberate. Only the caller's -1 asks for the
+// last element; a caller's 2147483647 is a position past the end like any
+// other.
 template <class Text>
 ElementSpan ExtractElement(Text& t, const String& Delimiter, int32_t Position) {
-  if (Position == -1) {
+  const bool last = Position == -1;
+  if (last) {
     Position = kLastElement;
   } else if (Position < 0) {
     Raise(kInvalidProcedureCall, u"CRVLIB.DynamicString::ExtractElement");
@@ -332,7 +335,7 @@ ElementSpan ExtractElement(Text& t, const String& Delimiter, int32_t Position) {
   if (Position == 0) return {0, t.LengthB(), false};
   const ScanAnswer a = Scan(t, Delimiter, Position);
   if (a.Found) return {a.Start, a.Length, false};
-  if (Position == kLastElement) return {a.Start, a.Length, true};
+  if (last) return {a.Start, a.Length, true};
   return {t.LengthB(), 0, true};
 }
 

@@ -149,8 +149,11 @@ class PlainText {
         FindDelimiter(Units(), static_cast<size_t>(Start / 2), UnitDelimiter(Delimiter.view()));
     return r == kNoMatch ? -1 : static_cast<int32_t>(r * 2);
   }
+  // Clamped to the text, like every read of an object.
   String ReadB(int32_t Start, int32_t Length) const {
-    return String(Units().substr(static_cast<size_t>(Start / 2), static_cast<size_t>(Length / 2)));
+    const std::u16string_view units = Units();
+    const size_t start = std::min(static_cast<size_t>(std::max(Start, 0) / 2), units.size());
+    return String(units.substr(start, static_cast<size_t>(std::max(Length, 0) / 2)));
   }
   // DynamicString::FindB on a root holding this text.
   int32_t FindB(const String& Value, int32_t Start, int32_t Length, int32_t CaseType) const;

@@ -58,7 +58,9 @@ void SharedStringImpl::SetItem(const String& Value) {
 
 }  // namespace internal
 
-SharedString::SharedString() : impl_(std::make_shared<internal::SharedStringImpl>()) {}
+SharedString::SharedString()
+    : impl_(internal::TrapUnnamed(u"CRVLIB.SharedString::Class_Initialize",
+                                  [] { return std::make_shared<internal::SharedStringImpl>(); })) {}
 
 void SharedString::Create(const String& Name, int32_t Size) {
   internal::TrapUnnamed(u"CRVLIB.SharedString::Create", [&] { impl_->Create(Name, Size); });

@@ -133,9 +133,12 @@ class DynamicString {
   // asking for elements 1, 2, 3, … in turn scans the text once.
 
   // A live child view of element Position: 0 is the whole value, -1 the last
-  // element. Past the end the view is empty, at the end, and Eof is set to
-  // True (it is never cleared). Below -1 raises 5. Once the scan has reached
-  // the end (after CountElements, say), -1 answers an empty view at the end.
+  // element. Past the end (2147483647 included) the view is empty, at the
+  // end, and Eof is set to True (it is never cleared); -1 sets it too. Below
+  // -1 raises 5. Once the scan has reached the end (after CountElements,
+  // say), -1 answers an empty view at the end, and so does 2147483646, the
+  // scan's own target for the last element; every other answer is the one
+  // a fresh object holding the same value gives.
   //   "a|b|c".ExtractElement(u"|", 2).Value() == u"b"
   DynamicString ExtractElement(const String& Delimiter, int32_t Position, bool& Eof);
   DynamicString ExtractElement(const String& Delimiter, int32_t Position);

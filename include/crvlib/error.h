@@ -7,6 +7,13 @@
 // vxInvalidHexString and vxInvalidDynamicString arrive as the object-error base
 // plus the code (kObjectErrorBase + 1009 == -2147220495), vxInvalidConversionCode
 // as the bare 1611.
+//
+// No other exception leaves the library: memory running out arrives as 7
+// "Out of memory", a string beyond what can be allocated as 14 "Out of string
+// space" and any other failure inside the library as 51 "Internal error",
+// each with the source of the routine it happened in. Routines that never
+// raise (the DLLRoutines, the Validations predicates) count these as any
+// other error.
 #ifndef CRVLIB_ERROR_H_
 #define CRVLIB_ERROR_H_
 

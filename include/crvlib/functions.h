@@ -32,8 +32,9 @@ class Functions {
  public:
   // --- Extraction and counting ---------------------------------------------
 
-  // Element `Position`; "" past the end. -1 is the last element, 0 the whole
-  // string (the delimiter is then not looked at); below -1 raises 5.
+  // Element `Position`; "" past the end (2147483647 included). -1 is the
+  // last element, 0 the whole string (the delimiter is then not looked at);
+  // below -1 raises 5.
   //   ExtractElement(u"a|b|c", u"|", 2)  == u"b"
   //   ExtractElement(u"a|b|c", u"|", -1) == u"c"
   //   ExtractElement(u"a|||b", u"||", 2) == u"|b"

@@ -8,6 +8,8 @@
 #include <functional>
 #include <string>
 
+#include "crvlib/dll_routines.h"
+#include "crvlib/dynamic_string.h"
 #include "crvlib/functions.h"
 #include "tests/testing/raised.h"
 
@@ -23,20 +25,12 @@ TEST(FunctionsElements, ExtractAndCount) {
     const char16_t* want;
   };
   const Case kCases[] = {
-      {u"a|b|c", u"|", 2, u"b"},
-      {u"a|b|c", u"|", 4, u""},
-      {u"a|b|c", u"|", -1, u"c"},
-      {u"a|b|c", u"|", 0, u"a|b|c"},
-      {u"a|", u"|", 2, u""},
-      {u"", u"|", 1, u""},
-      {u"aXYbXYc", u"XY", 2, u"b"},
-      {u"aXb", u"x", 1, u"aXb"},
-      {u"a|||b", u"||", 2, u"|b"},
-      {u"a|b", u"", 0, u"a|b"},
-      // -1 is taken as INT_MAX, which the scan never reaches: the last element
-      // is reported; INT_MAX - 1 is the scan's own "last" target.
-      {u"a|b", u"|", INT_MAX, u"b"},
-      {u"a|b|c", u"|", INT_MAX - 1, u"c"},
+      {u"a|b|c", u"|", 2, u"b"},    {u"a|b|c", u"|", 4, u""},
+      {u"a|b|c", u"|", -1, u"c"},   {u"a|b|c", u"|", 0, u"a|b|c"},
+      {u"a|", u"|", 2, u""},        {u"", u"|", 1, u""},
+      {u"aXYbXYc", u"XY", 2, u"b"}, {u"aXb", u"x", 1, u"aXb"},
+      {u"a|||b", u"||", 2, u"|b"},  // matches never overlap
+      {u"a|b", u"", 0, u"a|b"},     // position 0 never scans
   };
   for (const Case& c : kCases) {
     SCOPED_TRACE(::testing::Message() << String(c.array) << " @" << c.pos);
@@ -52,6 +46,40 @@ TEST(FunctionsElements, ExtractAndCount) {
     SCOPED_TRACE(String(c.array));
     EXPECT_EQ(F::CountElements(c.array, u"|"), c.elements);
     EXPECT_EQ(F::CountDelimiters(c.array, u"|"), c.delimiters);
+  }
+}
+
+TEST(FunctionsElements, OnlyMinusOneAsksForTheLastElement) {
+  // On every face: -1 is the last element; INT_MAX - 1, the scan's own target
+  // for the end, is found and gives it too; INT_MAX is past the end.
+  struct Case {
+    const char16_t* array;
+    int32_t pos;
+    const char16_t* want;
+    bool eof;
+  };
+  const Case kCases[] = {
+      {u"a|b", -1, u"b", true},       {u"a|b", INT_MAX - 1, u"b", false},
+      {u"a|b", INT_MAX, u"", true},   {u"a|b", 3, u"", true},
+      {u"", -1, u"", true},           {u"", INT_MAX, u"", true},
+      {u"a|b|c", INT_MAX, u"", true}, {u"a|b|c", INT_MAX - 1, u"c", false},
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(::testing::Message() << String(c.array) << " @" << c.pos);
+    EXPECT_EQ(F::ExtractElement(c.array, u"|", c.pos), c.want);
+    EXPECT_EQ(F::Field(c.array, u"|", c.pos), c.want);
+    String out = u"old";
+    EXPECT_EQ(DLLRoutines::CRVExtractElement(c.array, u"|", c.pos, out), -1);
+    EXPECT_EQ(out, c.want);
+    DynamicString d;
+    d.SetValue(c.array);
+    bool eof = false;
+    const DynamicString view = d.ExtractElement(u"|", c.pos, eof);
+    EXPECT_EQ(view.Value(), c.want);
+    EXPECT_EQ(eof, c.eof);
+    if (std::u16string_view(c.want).empty()) {
+      EXPECT_EQ(view.StartB(), d.LengthB());  // an empty view at the end
+    }
   }
 }
 

@@ -75,7 +75,7 @@ TEST(Field, JoinsElementsFromPosition) {
       {u"a|b|c", u"|", 0, 2, u"a|b|c|a"},       // position 0 is the whole value, then element 1
       {u"a|b|c", u"|", -1, 3, u"c|a|b|c|a"},    // -1 is the last element, then positions 0 and 1
       {u"abc", u"", 0, 1, u"abc"},              // position 0 never looks at the delimiter
-      {u"a|b", u"|", INT_MAX, 1, u"b"},         // ExtractElement reads INT_MAX as -1
+      {u"a|b", u"|", INT_MAX, 1, u""},          // past the end: only -1 is the last element
       {u"a|b", u"|", -2, 1, u"!", 5},           // ExtractElement refuses below -1
       {u"abc", u"", 0, 2, u"!", 5},             // an empty delimiter cannot be scanned
       {u"a|b", u"|", INT_MAX - 1, 2, u"!", 6},  // Position + i overflows before the - 1

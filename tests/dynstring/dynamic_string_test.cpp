@@ -296,7 +296,8 @@ TEST(DynamicStringImpl, EditsKeepOrResetTheScanCache) {
   using internal::ScanCache;
   // "a|bb|c": element 2 ("bb") cached at bytes 4..7, element 1 before it.
   const ScanCache cached{u"|", false, 2, 4, 4, 1, 0, 2};
-  const ScanCache backed_up{u"|", false, 1, 0, 2, 1, 0, 2};
+  // Backed up, the element before the cached one is no longer known.
+  const ScanCache backed_up{u"|", false, 1, 0, 2, 0, 0, 0};
   const ScanCache reset{u"|", false, 0, 0, 0, 0, 0, 0};
   struct Case {
     const char* name;
