@@ -13,8 +13,8 @@
 #include <sstream>
 
 #include "cli/commands.h"
-#include "cli/text.h"
-#include "tests/cli/test_surface.h"
+#include "cli/value_text.h"
+#include "tests/cli/test_values.h"
 #include "tests/testing/temporary_folder.h"
 
 namespace crvlib::cli {
