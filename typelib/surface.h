@@ -69,7 +69,7 @@ class UsageError : public std::runtime_error {
 // ---------------------------------------------------------------------------
 // Objects
 
-// What crv knows about the C++ handle class behind a class's objects.
+// What the table knows about the C++ handle class behind a class's objects.
 struct ObjectType {
   std::string_view class_name;
   // The address of the object a handle refers to: two handles refer to one
@@ -226,14 +226,16 @@ struct MemberInfo {
   // member bound without the CRV_ macros (test tables).
   std::string function;
 
-  std::string note;  // crv's own remark on the member, shown by `crv list`
+  // A remark for users on what the help string leaves unsaid (a routine
+  // that may never return), shown by `crv list`; not in the type library.
+  std::string note;
 
   // Marks the class's default member (DISPID 0).
   MemberInfo Default() && {
     is_default = true;
     return std::move(*this);
   }
-  // Adds crv's remark, for what the help string leaves unsaid.
+  // Adds the remark.
   MemberInfo Note(std::string text) && {
     note = std::move(text);
     return std::move(*this);
@@ -455,7 +457,7 @@ struct Convert<T> {
 template <class P>
 struct Param {
   using Bare = std::remove_cvref_t<P>;
-  // A non-const lvalue reference: the routine writes it; crv writes it back.
+  // A non-const lvalue reference: the routine writes it; the caller gets it back.
   static constexpr bool kWritten =
       std::is_lvalue_reference_v<P> && !std::is_const_v<std::remove_reference_t<P>>;
   static constexpr bool kParamArray = std::is_same_v<Bare, VariantArray>;

@@ -15,6 +15,7 @@
 #include "cli/commands.h"
 #include "cli/value_text.h"
 #include "tests/cli/test_values.h"
+#include "tests/testing/source_file.h"
 #include "tests/testing/temporary_folder.h"
 
 namespace crvlib::cli {
@@ -388,7 +389,7 @@ TEST(Crv, BatchAnswersEachLineAsItArrives) {
 // typelib/crvlib.idl is what crv idl prints; after a change to the table,
 // regenerate it with `crv idl > typelib/crvlib.idl`.
 TEST(Crv, IdlPrintsTheCheckedInTypeLibraryDescription) {
-  std::string checked_in = Slurp(CRVLIB_SOURCE_DIR "/typelib/crvlib.idl");
+  std::string checked_in = SourceFile("typelib/crvlib.idl");
   ASSERT_FALSE(checked_in.empty());
   Finished r = Crv({"idl"});
   EXPECT_EQ(r.status, 0);

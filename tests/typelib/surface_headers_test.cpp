@@ -11,18 +11,17 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <functional>
 #include <map>
 #include <optional>
 #include <regex>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "crvlib/conversions.h"
 #include "crvlib/dynamic_string.h"
 #include "crvlib/functions.h"
+#include "tests/testing/source_file.h"
 #include "typelib/surface.h"
 
 namespace crvlib::typelib {
@@ -188,13 +187,6 @@ HeaderClass ReadClass(const std::string& header_text, const std::string& name) {
   return out;
 }
 
-std::string Slurp(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
 // --- The comparison ----------------------------------------------------------
 
 struct ClassHeader {
@@ -215,8 +207,7 @@ const HeaderClass& HeaderOf(const std::string& cls) {
   static const std::map<std::string, HeaderClass> classes = [] {
     std::map<std::string, HeaderClass> out;
     for (const ClassHeader& h : kHeaders) {
-      out[h.cls] =
-          ReadClass(Slurp(std::string(CRVLIB_SOURCE_DIR "/include/crvlib/") + h.header), h.cls);
+      out[h.cls] = ReadClass(SourceFile(std::string("include/crvlib/") + h.header), h.cls);
     }
     return out;
   }();

@@ -6,11 +6,10 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <set>
-#include <sstream>
 #include <string>
 
+#include "tests/testing/source_file.h"
 #include "tests/typelib/test_surface.h"
 
 namespace crvlib::typelib {
@@ -155,18 +154,11 @@ library crvlib
   EXPECT_LT(idl.find("    interface _DynamicString;\n"), idl.find("interface _Functions :"));
 }  // namespace
 
-std::string Slurp(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
 // The identifiers never change, so the README's table of them must stay
 // the table's: one line per class names the class, its interface and both
 // GUIDs. No identifier is used twice.
 TEST(SurfaceIdl, ReadmeListsEveryIdentifier) {
-  const std::string readme = Slurp(CRVLIB_SOURCE_DIR "/README.md");
+  const std::string readme = SourceFile("README.md");
   const Surface& surface = ShippedSurface();
   auto line_with = [&](const std::string& name) {
     size_t at = readme.find("| `" + name + "` |");

@@ -54,7 +54,9 @@ TEST(Surface, MemberFunctionsNeedTheirObject) {
   const ClassInfo* probe = TestSurface().FindClass("Probe");
   const MemberInfo* child = probe->Find("Child", MemberKind::kMethod);
   std::vector<Value> none;
-  EXPECT_EQ(RaisedBy([&] { child->invoke(nullptr, none); }).number, 91);
+  String description;
+  EXPECT_EQ(RaisedBy([&] { child->invoke(nullptr, none); }, &description).number, 91);
+  EXPECT_EQ(description, u"Object variable or With block variable not set");
   Object nothing = MakeObject(Probe().Parent());
   EXPECT_TRUE(nothing.IsNothing());
   EXPECT_EQ(RaisedBy([&] { child->invoke(&nothing, none); }).number, 91);
@@ -112,24 +114,14 @@ TEST(Surface, ArgumentsAreArrangedByCountDefaultsAndParamArray) {
   }
 }
 
-TEST(Surface, EveryEnumerationTypeHasItsEntry) {
-  // Enumeration parameters find their members by the type's name.
-  std::string_view names[] = {
-      EnumTraits<vxLibErrorCodes>::kName,     EnumTraits<vxCaseEnum>::kName,
-      EnumTraits<vxMatchOptionsEnum>::kName,  EnumTraits<vxSortOrderEnum>::kName,
-      EnumTraits<vxJustificationEnum>::kName, EnumTraits<vxDuplicatesEnum>::kName,
-      EnumTraits<vxPositionEnum>::kName,      EnumTraits<vxMatchingEnum>::kName,
-      EnumTraits<vxArrayBaseEnum>::kName,
-  };
-  for (std::string_view name : names) {
-    SCOPED_TRACE(std::string(name));
-    const EnumInfo* e = FindEnum(name);
-    ASSERT_NE(e, nullptr);
-    EXPECT_FALSE(e->members.empty());
-  }
-  EXPECT_EQ(Enumerations().size(), std::size(names));
-  EXPECT_EQ(FindEnum("vxPositionEnum")->Find("VXLASTPOSITION")->value, -1);
+TEST(Surface, EnumerationsAreFoundByNameIgnoringCaseAndByValue) {
+  EXPECT_EQ(FindEnum("VXPOSITIONENUM")->Find("vxlastposition")->value, -1);
   EXPECT_EQ(FindEnum("vxMatchOptionsEnum")->Find(64)->name, "vxLiteralTextMode");
+  EXPECT_EQ(FindEnum("vxMatchOptionsEnum")->Find(3), nullptr);  // flags are not combined
+  EXPECT_EQ(FindEnum("vxNoSuchEnum"), nullptr);
+  // A parameter typed with an enumeration finds it through its type.
+  EXPECT_EQ(TypeOf<vxSortOrderEnum>().Enum(), FindEnum("vxSortOrderEnum"));
+  EXPECT_EQ(TypeOf<int32_t>().Enum(), nullptr);
 }
 
 TEST(Surface, ValidationsListsItsRoutinesInTypeLibraryOrder) {
