@@ -2,7 +2,6 @@
 #include "cli/commands.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <vector>
 
 #include "cli/value_json.h"
