@@ -27,7 +27,7 @@
 #include <unordered_map>
 
 #include "cli/json.h"
-#include "cli/surface.h"
+#include "cli/value_json.h"
 
 namespace crvlib::cli {
 

@@ -2,12 +2,12 @@
 #include "cli/commands.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <vector>
 
-#include "cli/text.h"
 #include "cli/value_json.h"
+#include "cli/value_text.h"
 #include "crvlib/error.h"
+#include "typelib/surface_idl.h"
 
 namespace crvlib::cli {
 
@@ -72,7 +72,7 @@ const char* VarTypeName(VarType t) {
 // A routine that wants a Currency or a Date cannot tell from "-1234.5".
 void AppendTypeHints(std::string& err, const MemberInfo& member, std::span<const std::string> args,
                      bool escapes) {
-  const ParamInfo variant{"", internal::Convert<Variant>::Type(), false, false, {}};
+  const ParamInfo variant{"", TypeOf<Variant>(), false, false, {}};
   for (size_t i = 0; i < args.size() && !member.params.empty(); ++i) {
     // Arguments past the last parameter are items of its ParamArray.
     const ParamInfo& p = member.params[std::min(i, member.params.size() - 1)];
@@ -100,12 +100,6 @@ void AppendTypeHints(std::string& err, const MemberInfo& member, std::span<const
            VarTypeName(read.Type()) + "; write another type in its typed form: " + forms +
            " (see crv list)\n";
   }
-}
-
-std::string Hex(int32_t n) {
-  char buf[16];
-  std::snprintf(buf, sizeof buf, "0x%08X", static_cast<unsigned>(n));
-  return buf;
 }
 
 // A default value as it would be written in a declaration.
@@ -171,8 +165,8 @@ void ListClass(std::string& out, const ClassInfo& c) {
   AppendHelp(out, c.help, "  ");
   bool takes_variants = false;
   for (const MemberInfo& m : c.members) {
-    out +=
-        "  " + Hex(m.dispid) + "  " + Declaration(m) + (m.is_default ? "  [default]" : "") + "\n";
+    out += "  " + typelib::DispidText(m.dispid) + "  " + Declaration(m) +
+           (m.is_default ? "  [default]" : "") + "\n";
     AppendHelp(out, m.help, "              ");
     if (!m.note.empty()) AppendHelp(out, "Note: " + m.note, "              ");
     for (const ParamInfo& p : m.params) {
@@ -268,10 +262,16 @@ int RunList(const Surface& surface, std::optional<std::string_view> name, Output
   return kExitOk;
 }
 
+int RunIdl(const Surface& surface, Output& output) {
+  output.out += typelib::TypeLibraryIdl(surface);
+  return kExitOk;
+}
+
 std::string_view HelpText() {
   return R"(usage: crv [--locale TAG] [-e] [-r] CLASS.MEMBER [ARG...]
        crv [--locale TAG] batch
        crv list [CLASS]
+       crv idl
        crv --help | --version
 
 crv calls the routines of crvlib from the command line.
@@ -348,6 +348,12 @@ crv list [CLASS]
   Prints the members of CLASS, or of every class and the enumerations: DISPID,
   declaration with parameters, types and defaults, help string and crv's
   notes, and the forms a Variant argument takes.
+
+crv idl
+  Prints the type library description (IDL) generated from the member
+  table: the library's attributes and identifiers, the enumerations, one
+  dual interface per class with DISPIDs, parameter flags, defaults and help
+  strings, and the classes. What widl cannot express is given in comments.
 
 crv --version
   Prints the version of crv, which is that of crvlib.

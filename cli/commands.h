@@ -1,6 +1,6 @@
-// The commands of crv other than batch: one call, the member listing and the
-// help text. Each writes what it prints into strings and returns the exit
-// status, so that main() only routes them to stdout and stderr.
+// The commands of crv other than batch: one call, the member listing, the
+// type library description and the help text. Each writes what it prints into strings and returns
+// the exit status, so that main() only routes them to stdout and stderr.
 #ifndef CRVLIB_CLI_COMMANDS_H_
 #define CRVLIB_CLI_COMMANDS_H_
 
@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "cli/surface.h"
+#include "cli/value_json.h"
 
 namespace crvlib::cli {
 
@@ -38,6 +38,9 @@ int RunCall(const Surface& surface, std::string_view target, std::span<const std
 
 // `crv list [NAME]`: every class and enumeration, or the one named.
 int RunList(const Surface& surface, std::optional<std::string_view> name, Output& output);
+
+// `crv idl`: the type library description of the table.
+int RunIdl(const Surface& surface, Output& output);
 
 // The text of `crv --help`.
 std::string_view HelpText();

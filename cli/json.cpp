@@ -13,7 +13,6 @@
 #include <cmath>
 #include <system_error>
 
-#include "core/utf8.h"
 #include "crvlib/string.h"
 
 namespace crvlib::cli {
@@ -245,14 +244,17 @@ class Parser {
     }
   }
 
-  // One well-formed UTF-8 sequence of two to four bytes.
+  // The run of non-ASCII bytes from here: well-formed UTF-8 sequences of two
+  // to four bytes (no sequence reaches past an ASCII byte).
   bool ParseUtf8(std::u16string& out) {
-    char32_t cp;
-    size_t length = internal::DecodeUtf8Sequence(reinterpret_cast<const unsigned char*>(p_),
-                                                 reinterpret_cast<const unsigned char*>(end_), cp);
-    if (length == 0) return Fail("invalid UTF-8 in JSON string");
-    p_ += length;
-    internal::AppendUtf16(out, cp);
+    const char* run_end = p_;
+    while (run_end < end_ && static_cast<unsigned char>(*run_end) >= 0x80) ++run_end;
+    std::string_view run(p_, static_cast<size_t>(run_end - p_));
+    if (String::InvalidUtf8At(run) != std::string_view::npos) {
+      return Fail("invalid UTF-8 in JSON string");
+    }
+    String::AppendUtf16(out, run);
+    p_ = run_end;
     return true;
   }
 
@@ -318,43 +320,50 @@ std::optional<Json> ParseJson(std::string_view text, std::string* error) {
 
 void AppendJsonString(std::string& out, std::u16string_view s, bool ascii_only) {
   out.push_back('"');
+  // Code units that go out as they are gather in [plain, i) and are written
+  // as UTF-8 in one piece before the next escape.
+  size_t plain = 0;
+  auto flush = [&](size_t i) {
+    String::AppendUtf8(out, s.substr(plain, i - plain));
+    plain = i + 1;
+  };
   for (size_t i = 0; i < s.size(); ++i) {
     char16_t u = s[i];
+    const char* named = nullptr;
     switch (u) {
       case u'"':
-        out += "\\\"";
-        continue;
+        named = "\\\"";
+        break;
       case u'\\':
-        out += "\\\\";
-        continue;
+        named = "\\\\";
+        break;
       case u'\n':
-        out += "\\n";
-        continue;
+        named = "\\n";
+        break;
       case u'\r':
-        out += "\\r";
-        continue;
+        named = "\\r";
+        break;
       case u'\t':
-        out += "\\t";
-        continue;
+        named = "\\t";
+        break;
       default:
         break;
     }
-    if (u < 0x20 || u == 0x7F) {
-      AppendEscape(out, u);
-    } else if (u < 0x80) {
-      out.push_back(static_cast<char>(u));
-    } else if (ascii_only) {
+    if (named) {
+      flush(i);
+      out += named;
+    } else if (u < 0x20 || u == 0x7F || (u >= 0x80 && ascii_only)) {
+      flush(i);
       AppendEscape(out, u);
     } else if (u >= 0xD800 && u <= 0xDBFF && i + 1 < s.size() && s[i + 1] >= 0xDC00 &&
                s[i + 1] <= 0xDFFF) {
-      internal::AppendUtf8(out, 0x10000 + ((char32_t{u} - 0xD800) << 10) + (s[i + 1] - 0xDC00));
-      ++i;
+      ++i;  // a pair: UTF-8 writes it as one code point
     } else if (u >= 0xD800 && u <= 0xDFFF) {
+      flush(i);
       AppendEscape(out, u);  // unpaired: UTF-8 has no form for it
-    } else {
-      internal::AppendUtf8(out, u);
     }
   }
+  flush(s.size());
   out.push_back('"');
 }
 

@@ -101,7 +101,7 @@ int Run(std::vector<std::string> args, Stdout& out) {
     if (refused) return *refused;
   }
   if (i == args.size())
-    return Usage("name a routine (CLASS.MEMBER), batch or list; see crv --help");
+    return Usage("name a routine (CLASS.MEMBER), batch, list or idl; see crv --help");
   const cli::Surface& surface = cli::ShippedSurface();
   std::string_view command = args[i];
   std::span<const std::string> rest(args.data() + i + 1, args.size() - i - 1);
@@ -119,6 +119,9 @@ int Run(std::vector<std::string> args, Stdout& out) {
     if (rest.size() > 1) return Usage("list takes at most one class name");
     status = cli::RunList(
         surface, rest.empty() ? std::nullopt : std::optional<std::string_view>(rest[0]), output);
+  } else if (command == "idl") {
+    if (!rest.empty()) return Usage("idl takes no arguments");
+    status = cli::RunIdl(surface, output);
   } else {
     status = cli::RunCall(surface, command, rest, options, output);
   }

@@ -10,8 +10,6 @@
 #include <cstdio>
 #include <limits>
 
-#include "runtime/date_time.h"
-
 namespace crvlib::cli {
 
 namespace {
@@ -117,11 +115,11 @@ double DoubleFromJson(const Json& j) {
 }
 
 const TypeInfo& LongType() {
-  static const TypeInfo t = internal::MakeType(TypeKind::kLong, "Long");
+  static const TypeInfo t = TypeOf<int32_t>();
   return t;
 }
 const TypeInfo& IntegerType() {
-  static const TypeInfo t = internal::MakeType(TypeKind::kInteger, "Integer");
+  static const TypeInfo t = TypeOf<int16_t>();
   return t;
 }
 
@@ -269,16 +267,16 @@ std::optional<Currency> ParseCurrency(std::string_view text) {
 }
 
 std::optional<std::string> FormatDate(Date d) {
-  crvlib::internal::DateParts p;
-  if (!crvlib::internal::SplitDate(d.serial, &p)) return std::nullopt;
+  std::optional<CivilDateTime> c = d.ToCivil();
+  if (!c) return std::nullopt;
   char buf[32];
-  std::snprintf(buf, sizeof buf, "%04d-%02d-%02dT%02d:%02d:%02d", p.year, p.month, p.day, p.hour,
-                p.minute, p.second);
+  std::snprintf(buf, sizeof buf, "%04d-%02d-%02dT%02d:%02d:%02d", c->year, c->month, c->day,
+                c->hour, c->minute, c->second);
   return std::string(buf);
 }
 
 std::optional<Date> ParseDate(std::string_view text) {
-  auto number = [&](size_t pos, size_t len, int* out) {
+  auto number = [&](size_t pos, size_t len, int32_t* out) {
     if (pos + len > text.size()) return false;
     *out = 0;
     for (size_t k = pos; k < pos + len; ++k) {
@@ -287,26 +285,21 @@ std::optional<Date> ParseDate(std::string_view text) {
     }
     return true;
   };
-  int y, m, d, hh = 0, mm = 0, ss = 0;
-  if (!number(0, 4, &y) || text.size() < 10 || text[4] != '-' || !number(5, 2, &m) ||
-      text[7] != '-' || !number(8, 2, &d)) {
+  CivilDateTime c;
+  if (!number(0, 4, &c.year) || text.size() < 10 || text[4] != '-' || !number(5, 2, &c.month) ||
+      text[7] != '-' || !number(8, 2, &c.day)) {
     return std::nullopt;
   }
   if (text.size() > 10) {
-    if ((text[10] != 'T' && text[10] != ' ') || !number(11, 2, &hh) || text.size() < 16 ||
-        text[13] != ':' || !number(14, 2, &mm)) {
+    if ((text[10] != 'T' && text[10] != ' ') || !number(11, 2, &c.hour) || text.size() < 16 ||
+        text[13] != ':' || !number(14, 2, &c.minute)) {
       return std::nullopt;
     }
-    if (text.size() > 16 && (text[16] != ':' || text.size() != 19 || !number(17, 2, &ss))) {
+    if (text.size() > 16 && (text[16] != ':' || text.size() != 19 || !number(17, 2, &c.second))) {
       return std::nullopt;
     }
   }
-  if (y < 100 || d < 1 || d > crvlib::internal::DaysInMonth(y, m) || hh > 23 || mm > 59 ||
-      ss > 59) {
-    return std::nullopt;
-  }
-  return Date{crvlib::internal::MakeDate(crvlib::internal::DaysFromCivil(y, m, d),
-                                         hh * 3600 + mm * 60 + ss)};
+  return Date::FromCivil(c);
 }
 
 void AppendVariantJson(std::string& out, const Variant& v, bool ascii_only) {

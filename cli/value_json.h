@@ -29,9 +29,31 @@
 #include <string_view>
 
 #include "cli/json.h"
-#include "cli/surface.h"
+#include "typelib/surface.h"
 
 namespace crvlib::cli {
+
+// crv is a face of the member table: it calls, reads and prints the table's
+// values and members under these names.
+using typelib::BindArguments;
+using typelib::ClassInfo;
+using typelib::ClassKind;
+using typelib::Enumerations;
+using typelib::EnumInfo;
+using typelib::EnumMember;
+using typelib::FindEnum;
+using typelib::MemberInfo;
+using typelib::MemberKind;
+using typelib::Object;
+using typelib::ParamInfo;
+using typelib::SameName;
+using typelib::ShippedSurface;
+using typelib::Surface;
+using typelib::TypeInfo;
+using typelib::TypeKind;
+using typelib::TypeOf;
+using typelib::UsageError;
+using typelib::Value;
 
 // Gives the name an object is written under.
 using ObjectNamer = std::function<std::string(const Object&)>;

@@ -16,6 +16,10 @@ Error::Error(int32_t number, String source, String description)
   Render();
 }
 
+Error Error::Runtime(int32_t number) {
+  return Error(number, String(), internal::RuntimeDescription(number));
+}
+
 void Error::SetSource(String source) {
   source_ = std::move(source);
   Render();

@@ -11,6 +11,11 @@ namespace crvlib {
 String String::FromUtf8(std::string_view utf8) {
   std::u16string out;
   out.reserve(utf8.size());
+  AppendUtf16(out, utf8);
+  return String(std::move(out));
+}
+
+void String::AppendUtf16(std::u16string& out, std::string_view utf8) {
   const auto* p = reinterpret_cast<const unsigned char*>(utf8.data());
   const auto* end = p + utf8.size();
   while (p < end) {
@@ -32,7 +37,18 @@ String String::FromUtf8(std::string_view utf8) {
     p += length;
     internal::AppendUtf16(out, cp);
   }
-  return String(std::move(out));
+}
+
+size_t String::InvalidUtf8At(std::string_view utf8) {
+  const auto* begin = reinterpret_cast<const unsigned char*>(utf8.data());
+  const auto* end = begin + utf8.size();
+  for (const unsigned char* p = begin; p < end;) {
+    char32_t cp;
+    size_t n = *p < 0x80 ? 1 : internal::DecodeUtf8Sequence(p, end, cp);
+    if (n == 0) return static_cast<size_t>(p - begin);
+    p += n;
+  }
+  return std::string_view::npos;
 }
 
 String String::FromBytes(const void* data, size_t count) {
@@ -44,21 +60,24 @@ String String::FromBytes(const void* data, size_t count) {
 }
 
 std::string String::ToUtf8() const {
-  std::u16string_view v = view();
   std::string out;
-  out.reserve(v.size());
-  for (size_t i = 0; i < v.size(); ++i) {
-    char32_t cp = v[i];
-    if (cp >= 0xD800 && cp <= 0xDBFF && i + 1 < v.size() && v[i + 1] >= 0xDC00 &&
-        v[i + 1] <= 0xDFFF) {
-      cp = 0x10000 + ((cp - 0xD800) << 10) + (v[i + 1] - 0xDC00);
+  out.reserve(view().size());
+  AppendUtf8(out, view());
+  return out;
+}
+
+void String::AppendUtf8(std::string& out, std::u16string_view units) {
+  for (size_t i = 0; i < units.size(); ++i) {
+    char32_t cp = units[i];
+    if (cp >= 0xD800 && cp <= 0xDBFF && i + 1 < units.size() && units[i + 1] >= 0xDC00 &&
+        units[i + 1] <= 0xDFFF) {
+      cp = 0x10000 + ((cp - 0xD800) << 10) + (units[i + 1] - 0xDC00);
       ++i;
     } else if (cp >= 0xD800 && cp <= 0xDFFF) {
       cp = 0xFFFD;
     }
     internal::AppendUtf8(out, cp);
   }
-  return out;
 }
 
 std::ostream& operator<<(std::ostream& out, const String& s) {

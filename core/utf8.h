@@ -1,5 +1,6 @@
-// UTF-8 encoding and decoding of one code point, shared by String's
-// conversion and crv's JSON reader and writer.
+// UTF-8 encoding and decoding of one code point, under String's conversions
+// (whose public forms are String::AppendUtf8, AppendUtf16 and
+// InvalidUtf8At).
 #ifndef CRVLIB_CORE_UTF8_H_
 #define CRVLIB_CORE_UTF8_H_
 

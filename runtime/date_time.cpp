@@ -1,11 +1,13 @@
 // Calendar arithmetic on day numbers (the days-from-civil algorithm, shifted
-// so that day 0 is 30 December 1899) and the split of a serial into parts.
+// so that day 0 is 30 December 1899), the split of a serial into parts, and
+// the public Date's conversions to and from a calendar day built on them.
 #include "runtime/date_time.h"
 
 #include <cmath>
 
 #include "core/error_frame.h"
 #include "core/thread_state.h"
+#include "crvlib/variant.h"
 
 namespace crvlib::internal {
 namespace {
@@ -123,3 +125,23 @@ int32_t Quarter(const DateParts& p) {
 }
 
 }  // namespace crvlib::internal
+
+namespace crvlib {
+
+std::optional<Date> Date::FromCivil(const CivilDateTime& c) {
+  if (c.year < 100 || c.year > 9999 || c.day < 1 ||
+      c.day > internal::DaysInMonth(c.year, c.month) || c.hour < 0 || c.hour > 23 || c.minute < 0 ||
+      c.minute > 59 || c.second < 0 || c.second > 59) {
+    return std::nullopt;
+  }
+  return Date{internal::MakeDate(internal::DaysFromCivil(c.year, c.month, c.day),
+                                 c.hour * 3600 + c.minute * 60 + c.second)};
+}
+
+std::optional<CivilDateTime> Date::ToCivil() const {
+  internal::DateParts p;
+  if (!internal::SplitDate(serial, &p)) return std::nullopt;
+  return CivilDateTime{p.year, p.month, p.day, p.hour, p.minute, p.second};
+}
+
+}  // namespace crvlib

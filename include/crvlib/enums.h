@@ -1,73 +1,92 @@
 // The library's enumerations. All are 32-bit signed automation enumerations:
 // a parameter typed with one accepts any 32-bit value, and each routine says
 // what it does with values outside the listed members.
+//
+// Each enumeration is written once, as a list of its members below; the C++
+// enums here, the member table's enumeration rows and the type library are
+// all made from these lists. CRVLIB_ENUMERATIONS(E) calls E(name) for every
+// enumeration in declaration order, and CRVLIB_ENUM_<name>(X) calls
+// X(member, value) for its members in order:
+//
+//   #define ROW(member, value) {#member, value},
+//   CRVLIB_ENUM_vxCaseEnum(ROW)   // {"vxCaseNotSensitive", 0}, {"vxCaseSensitive", 1},
 #ifndef CRVLIB_ENUMS_H_
 #define CRVLIB_ENUMS_H_
 
 #include <cstdint>
 
-namespace crvlib {
-
 // The library's own error numbers (1009 and 1701 reach callers as
 // 0x80040000 + n; see error.h).
-enum vxLibErrorCodes : int32_t {
-  vxInvalidEntry = 1003,
-  vxInvalidHexString = 1009,
-  vxInvalidConversionCode = 1611,
-  vxInvalidDynamicString = 1701,
-};
+#define CRVLIB_ENUM_vxLibErrorCodes(X) \
+  X(vxInvalidEntry, 1003)              \
+  X(vxInvalidHexString, 1009)          \
+  X(vxInvalidConversionCode, 1611)     \
+  X(vxInvalidDynamicString, 1701)
 
 // Comparison mode: binary (case-sensitive) or the locale's text order.
-enum vxCaseEnum : int32_t {
-  vxCaseNotSensitive = 0,
-  vxCaseSensitive = 1,
-};
+#define CRVLIB_ENUM_vxCaseEnum(X) \
+  X(vxCaseNotSensitive, 0)        \
+  X(vxCaseSensitive, 1)
 
 // Regular-expression option flags; only vxIgnoreCase has an effect.
-enum vxMatchOptionsEnum : int32_t {
-  vxNoOptionsSet = 0,
-  vxIgnoreCase = 1,
-  vxIgnorePatternWhiteSpaces = 2,
-  vxDotMatchesAllMode = 4,
-  vxEnhancedLineAnchorMode = 8,
-  vxExplicitCapture = 16,
-  vxRightToLeft = 32,
-  vxLiteralTextMode = 64,
-};
+#define CRVLIB_ENUM_vxMatchOptionsEnum(X) \
+  X(vxNoOptionsSet, 0)                    \
+  X(vxIgnoreCase, 1)                      \
+  X(vxIgnorePatternWhiteSpaces, 2)        \
+  X(vxDotMatchesAllMode, 4)               \
+  X(vxEnhancedLineAnchorMode, 8)          \
+  X(vxExplicitCapture, 16)                \
+  X(vxRightToLeft, 32)                    \
+  X(vxLiteralTextMode, 64)
 
-enum vxSortOrderEnum : int32_t {
-  vxAscending = 0,
-  vxDescending = 1,
-};
+#define CRVLIB_ENUM_vxSortOrderEnum(X) \
+  X(vxAscending, 0)                    \
+  X(vxDescending, 1)
 
 // Right justification compares elements as numbers first.
-enum vxJustificationEnum : int32_t {
-  vxLeftJustify = 0,
-  vxRightJustify = 1,
-};
+#define CRVLIB_ENUM_vxJustificationEnum(X) \
+  X(vxLeftJustify, 0)                      \
+  X(vxRightJustify, 1)
 
-enum vxDuplicatesEnum : int32_t {
-  vxNoDuplicates = 0,
-  vxAllowDuplicates = 1,
-};
+#define CRVLIB_ENUM_vxDuplicatesEnum(X) \
+  X(vxNoDuplicates, 0)                  \
+  X(vxAllowDuplicates, 1)
 
-enum vxPositionEnum : int32_t {
-  vxFirstPosition = 1,
-  vxLastPosition = -1,
-};
+#define CRVLIB_ENUM_vxPositionEnum(X) \
+  X(vxFirstPosition, 1)               \
+  X(vxLastPosition, -1)
 
-enum vxMatchingEnum : int32_t {
-  vxExactMatch = 0,
-  vxFirstCharMatch = 1,
-  vxLastCharMatch = 2,
-  vxSubStringMatch = 3,
-  vxRegexMatch = 4,
-};
+// How LocateElement compares an element with what it looks for.
+#define CRVLIB_ENUM_vxMatchingEnum(X) \
+  X(vxExactMatch, 0)                  \
+  X(vxFirstCharMatch, 1)              \
+  X(vxLastCharMatch, 2)               \
+  X(vxSubStringMatch, 3)              \
+  X(vxRegexMatch, 4)
 
-enum vxArrayBaseEnum : int32_t {
-  vxZeroBased = 0,
-  vxOneBased = 1,
-};
+#define CRVLIB_ENUM_vxArrayBaseEnum(X) \
+  X(vxZeroBased, 0)                    \
+  X(vxOneBased, 1)
+
+// Every enumeration, in declaration order.
+#define CRVLIB_ENUMERATIONS(E) \
+  E(vxLibErrorCodes)           \
+  E(vxCaseEnum)                \
+  E(vxMatchOptionsEnum)        \
+  E(vxSortOrderEnum)           \
+  E(vxJustificationEnum)       \
+  E(vxDuplicatesEnum)          \
+  E(vxPositionEnum)            \
+  E(vxMatchingEnum)            \
+  E(vxArrayBaseEnum)
+
+namespace crvlib {
+
+#define CRVLIB_ENUM_MEMBER_(member, value) member = value,
+#define CRVLIB_DECLARE_ENUM_(name) enum name : int32_t { CRVLIB_ENUM_##name(CRVLIB_ENUM_MEMBER_) };
+CRVLIB_ENUMERATIONS(CRVLIB_DECLARE_ENUM_)
+#undef CRVLIB_DECLARE_ENUM_
+#undef CRVLIB_ENUM_MEMBER_
 
 }  // namespace crvlib
 

@@ -32,6 +32,13 @@ class Error : public std::exception {
  public:
   Error(int32_t number, String source, String description);
 
+  // Runtime error `number` as the library raises it: the automation
+  // runtime's standard description and no source. A program that drives the
+  // library (a tool, a server) raises the runtime's errors with it.
+  //   Error::Runtime(91).Description() == u"Object variable or With block variable not set"
+  //   Error::Runtime(5).Source()       == u""
+  static Error Runtime(int32_t number);
+
   int32_t Number() const noexcept { return number_; }
   const String& Source() const noexcept { return source_; }
   const String& Description() const noexcept { return description_; }

@@ -59,6 +59,20 @@ class String {
   // Converts to UTF-8 (unpaired surrogates become U+FFFD; an odd trailing byte
   // is dropped). Use the bytes for an exact round trip.
   std::string ToUtf8() const;
+
+  // UTF-8 for programs that read and write text at their edges (arguments,
+  // JSON, files), without building a String for each piece:
+  // The offset of the first byte of `utf8` that is not part of a well-formed
+  // sequence (a stray continuation byte, a cut-short or overlong sequence, a
+  // surrogate, a value past U+10FFFF), or npos when all of it is well formed.
+  //   String::InvalidUtf8At("a\xC3\xBF")  == std::string_view::npos
+  //   String::InvalidUtf8At("ab\xC3")      == 2
+  static size_t InvalidUtf8At(std::string_view utf8);
+  // Appends `units` as UTF-8, as ToUtf8 converts them.
+  //   AppendUtf8(out, u"\u00FF\xD800") appends "\xC3\xBF\xEF\xBF\xBD"
+  static void AppendUtf8(std::string& out, std::u16string_view units);
+  // Appends `utf8` as UTF-16 code units, as FromUtf8 converts it.
+  static void AppendUtf16(std::u16string& out, std::string_view utf8);
   // The code units as a std::u16string (odd trailing byte dropped).
   std::u16string ToU16() const { return std::u16string(view()); }
   // Moves the storage out. Only for strings of even byte length.

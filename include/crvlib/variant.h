@@ -9,6 +9,7 @@
 #define CRVLIB_VARIANT_H_
 
 #include <cstdint>
+#include <optional>
 #include <variant>
 #include <vector>
 
@@ -26,11 +27,30 @@ struct Currency {
   friend constexpr auto operator<=>(Currency, Currency) = default;
 };
 
+// A calendar day (proleptic Gregorian) and a time of day.
+struct CivilDateTime {
+  int32_t year = 1899, month = 12, day = 30;
+  int32_t hour = 0, minute = 0, second = 0;
+};
+
 // Days since 30 December 1899 (day 0); the fraction is the time of day. For
 // dates before day 0 the whole part counts back and the fraction still counts
-// forward from midnight (-1.25 is 29 Dec 1899, 06:00).
+// forward from midnight (-1.25 is 29 Dec 1899, 06:00). Dates run from 1
+// January 100 to 31 December 9999.
 struct Date {
   double serial = 0;
+
+  // The Date of a day and time; nullopt when there is no such day in the
+  // years 100 to 9999 or no such time (hour 0-23, minute and second 0-59).
+  //   Date::FromCivil({2004, 12, 31, 18})->serial == 38352.75
+  //   Date::FromCivil({2005, 2, 29})               == std::nullopt
+  static std::optional<Date> FromCivil(const CivilDateTime& c);
+  // The day and time, the time rounded to the nearest second (a time that
+  // rounds to midnight moves to the next day); nullopt outside the years 100
+  // to 9999 or for a serial that is not a number.
+  //   Date{-1.25}.ToCivil() holds 1899-12-29 06:00:00
+  std::optional<CivilDateTime> ToCivil() const;
+
   friend constexpr auto operator<=>(Date, Date) = default;
 };
 

@@ -4,7 +4,6 @@
 
 #include <string>
 
-#include "cli/surface.h"
 #include "crvlib/conversions.h"
 #include "tests/runtime/runtime_test_util.h"
 #include "tests/testing/raised.h"
@@ -149,23 +148,6 @@ TEST(PCase, StartsWordsAfterWhiteSpaceOnly) {
     SCOPED_TRACE(U8(c.value));
     EXPECT_EQ(U8(Conversions::PCase(String(c.value)).view()), U8(c.want));
   }
-}
-
-TEST(ConversionsSurface, ListsEveryRoutineInTypeLibraryOrder) {
-  const cli::ClassInfo* c = cli::ShippedSurface().FindClass("Conversions");
-  ASSERT_NE(c, nullptr);
-  std::string names;
-  for (const cli::MemberInfo& m : c->members) names += m.name + " ";
-  EXPECT_EQ(names,
-            "Convert BooleanIn BooleanOut CurrencyIn CurrencyOut DateIn DateOut TimeIn TimeOut "
-            "PercentIn PercentOut Alpha AlphaPlus Num NumPlus NonNum PCase ");
-  const cli::MemberInfo* out = c->Find("BooleanOut", cli::MemberKind::kMethod);
-  ASSERT_NE(out, nullptr);
-  ASSERT_EQ(out->params.size(), 2u);
-  EXPECT_TRUE(out->params[1].by_ref && out->params[1].optional);
-  std::vector<cli::Value> args{Variant(true), Variant(u"yes/no")};
-  out->invoke(nullptr, args);
-  EXPECT_EQ(std::get<Variant>(args[1]), Variant(u"True/False"));  // written back
 }
 
 }  // namespace

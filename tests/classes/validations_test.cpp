@@ -6,7 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/surface.h"
 #include "crvlib/locale.h"
 #include "crvlib/validations.h"
 #include "tests/runtime/runtime_test_util.h"
@@ -99,21 +98,6 @@ TEST_F(ValueChecks, Ranges) {
     SCOPED_TRACE(U8(c.value) + " in " + U8(c.lower) + " .. " + U8(c.upper));
     EXPECT_EQ(c.range(c.value, c.lower, c.upper), c.want);
   }
-}
-
-TEST(ValidationsSurface, ListsTheRoutinesInTypeLibraryOrder) {
-  const cli::ClassInfo* c = cli::ShippedSurface().FindClass("Validations");
-  ASSERT_NE(c, nullptr);
-  std::string names, by_ref;
-  for (const cli::MemberInfo& m : c->members) {
-    names += m.name + " ";
-    for (const cli::ParamInfo& p : m.params) by_ref += p.optional ? 'O' : p.by_ref ? 'R' : 'V';
-    by_ref += ' ';
-  }
-  EXPECT_EQ(names,
-            "BooleanCheck CurrencyCheck DateCheck TimeCheck IsNum PercentCheck RangeDate RangeNum "
-            "RangeTime IsValid EmailAddressCheck Matches ");
-  EXPECT_EQ(by_ref, "V R R R R R RRR RRR RRR RRO R RR ");
 }
 
 }  // namespace

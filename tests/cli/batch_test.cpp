@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <random>
 
-#include "tests/cli/test_surface.h"
+#include "tests/cli/test_values.h"
 
 namespace crvlib::cli {
 namespace {

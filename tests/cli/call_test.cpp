@@ -13,8 +13,9 @@
 #include <sstream>
 
 #include "cli/commands.h"
-#include "cli/text.h"
-#include "tests/cli/test_surface.h"
+#include "cli/value_text.h"
+#include "tests/cli/test_values.h"
+#include "tests/testing/source_file.h"
 #include "tests/testing/temporary_folder.h"
 
 namespace crvlib::cli {
@@ -299,6 +300,7 @@ TEST(Crv, ExitStatusesAndStreams) {
       {{"--locale=", "batch"}, 2, ""},
       {{"--locale", "de-XX", "-e", "Constants.vxSVM"}, 0, "\\xFC\n"},  // known language
       {{"Functions.Field", "a\xFF|b", "|", "2"}, 2, ""},
+      {{"idl", "Functions"}, 2, ""},
   };
   for (const Case& c : cases) {
     std::string shown;
@@ -326,8 +328,8 @@ TEST(Crv, VersionIsTheProjects) {
 }
 
 TEST(Crv, OutputThatCannotBeWrittenIsAnError) {
-  const std::vector<std::string> commands[] = {
-      {"Constants.vxVBAR"}, {"list"}, {"--help"}, {"--version"}, {"batch"}};
+  const std::vector<std::string> commands[] = {{"Constants.vxVBAR"}, {"list"},      {"idl"},
+                                               {"--help"},           {"--version"}, {"batch"}};
   for (const auto& args : commands) {
     SCOPED_TRACE(args[0]);
     Finished r = Crv(args, "{\"call\":\"Constants.vxVBAR\"}\n", "", "/dev/full");
@@ -382,6 +384,17 @@ TEST(Crv, BatchAnswersEachLineAsItArrives) {
   waitpid(pid, &status, 0);
   close(from_crv[0]);
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+}
+
+// typelib/crvlib.idl is what crv idl prints; after a change to the table,
+// regenerate it with `crv idl > typelib/crvlib.idl`.
+TEST(Crv, IdlPrintsTheCheckedInTypeLibraryDescription) {
+  std::string checked_in = SourceFile("typelib/crvlib.idl");
+  ASSERT_FALSE(checked_in.empty());
+  Finished r = Crv({"idl"});
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.err, "");
+  EXPECT_TRUE(r.out == checked_in) << "typelib/crvlib.idl differs from what crv idl prints";
 }
 
 TEST(Crv, TheBundledExampleRunsCleanly) {

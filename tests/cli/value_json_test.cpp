@@ -7,7 +7,7 @@
 
 #include <cmath>
 
-#include "tests/cli/test_surface.h"
+#include "tests/cli/test_values.h"
 
 namespace crvlib::cli {
 namespace {
@@ -136,7 +136,7 @@ std::string Convert(const char* member, size_t index, std::string_view json, con
   return fixtures::JsonOrError([&] {
     return ArgumentFromJson(*ParseJson(json, nullptr), fixtures::ParamOf(cls, member, index),
                             [](std::string_view name) -> Object {
-                              if (name == "p") return MakeObject(fixtures::Probe());
+                              if (name == "p") return typelib::MakeObject(fixtures::Probe());
                               throw UsageError("no object " + std::string(name));
                             });
   });

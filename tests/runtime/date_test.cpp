@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <optional>
 #include <vector>
 
 #include "core/error_frame.h"
@@ -53,6 +54,46 @@ TEST_F(DateTest, SerialToParts) {
   EXPECT_FALSE(SplitDate(-657435.0, &p));  // win: before 1 Jan 100
   EXPECT_FALSE(SplitDate(2958466.0, &p));  // win: after 31 Dec 9999
   EXPECT_FALSE(SplitDate(NAN, &p));
+}
+
+// The public calendar form of a Date: only days and times that exist, in the
+// years 100 to 9999; before day 0 the time still counts forward.
+TEST(Date, FromCivilTakesOnlyDaysAndTimesThatExist) {
+  struct Row {
+    CivilDateTime civil;
+    std::optional<double> serial;
+  };
+  const Row rows[] = {
+      {{2004, 12, 31, 18, 0, 0}, 38352.75},
+      {{1899, 12, 29, 6, 0, 0}, -1.25},
+      {{100, 1, 1, 0, 0, 0}, -657434.0},
+      {{2004, 2, 29, 0, 0, 0}, 38046.0},
+      {{9999, 12, 31, 23, 59, 59}, Serial(9999, 12, 31, 23, 59, 59)},
+      {{2005, 2, 29, 0, 0, 0}, std::nullopt},
+      {{99, 12, 31, 0, 0, 0}, std::nullopt},
+      {{10000, 1, 1, 0, 0, 0}, std::nullopt},
+      {{2004, 13, 1, 0, 0, 0}, std::nullopt},
+      {{2004, 1, 0, 0, 0, 0}, std::nullopt},
+      {{2004, 1, 1, 24, 0, 0}, std::nullopt},
+      {{2004, 1, 1, 0, 60, 0}, std::nullopt},
+      {{2004, 1, 1, 0, 0, -1}, std::nullopt},
+  };
+  for (const Row& r : rows) {
+    const CivilDateTime& c = r.civil;
+    SCOPED_TRACE(testing::Message() << c.year << "-" << c.month << "-" << c.day << " " << c.hour
+                                    << ":" << c.minute << ":" << c.second);
+    std::optional<Date> d = Date::FromCivil(c);
+    ASSERT_EQ(d.has_value(), r.serial.has_value());
+    if (!d) continue;
+    EXPECT_EQ(d->serial, *r.serial);
+    std::optional<CivilDateTime> back = d->ToCivil();
+    ASSERT_TRUE(back);
+    EXPECT_EQ(std::vector<int32_t>(
+                  {back->year, back->month, back->day, back->hour, back->minute, back->second}),
+              std::vector<int32_t>({c.year, c.month, c.day, c.hour, c.minute, c.second}));
+  }
+  EXPECT_FALSE(Date{NAN}.ToCivil());
+  EXPECT_FALSE(Date{2958466.0}.ToCivil());
 }
 
 // Day numbers against a naive walk, one day at a time, across leap years.

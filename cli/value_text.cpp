@@ -1,14 +1,12 @@
 // Command-line text to values and back. The conversions are as strict as the
 // JSON ones: text either is a value of the parameter's type in full or the
 // call is refused; nothing is rounded or read partially.
-#include "cli/text.h"
+#include "cli/value_text.h"
 
 #include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <optional>
-
-#include "core/utf8.h"
 
 namespace crvlib::cli {
 
@@ -138,21 +136,9 @@ std::string EscapeControls(std::u16string_view text) {
   return out;
 }
 
-size_t InvalidUtf8At(std::string_view text) {
-  const auto* begin = reinterpret_cast<const unsigned char*>(text.data());
-  const auto* end = begin + text.size();
-  for (const unsigned char* p = begin; p < end;) {
-    char32_t cp;
-    size_t n = *p < 0x80 ? 1 : crvlib::internal::DecodeUtf8Sequence(p, end, cp);
-    if (n == 0) return static_cast<size_t>(p - begin);
-    p += n;
-  }
-  return std::string_view::npos;
-}
-
 Value ArgumentFromText(std::string_view arg, const ParamInfo& param, bool escapes) {
   const TypeInfo& type = param.type;
-  if (size_t at = InvalidUtf8At(arg); at != std::string_view::npos) {
+  if (size_t at = String::InvalidUtf8At(arg); at != std::string_view::npos) {
     char byte[8];
     std::snprintf(byte, sizeof byte, "0x%02X", static_cast<unsigned char>(arg[at]));
     throw UsageError(std::string("not valid UTF-8 (byte ") + byte + " at offset " +

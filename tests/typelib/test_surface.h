@@ -2,18 +2,16 @@
 // creatable class with a default property, object results, a Nothing result
 // and an array output, and `Tools`, a global class with by-reference
 // outputs, a ParamArray, enumeration defaults and a routine that raises.
-#ifndef CRVLIB_TESTS_CLI_TEST_SURFACE_H_
-#define CRVLIB_TESTS_CLI_TEST_SURFACE_H_
+#ifndef CRVLIB_TESTS_TYPELIB_TEST_SURFACE_H_
+#define CRVLIB_TESTS_TYPELIB_TEST_SURFACE_H_
 
-#include <functional>
 #include <memory>
 #include <string>
 
-#include "cli/surface.h"
-#include "cli/value_json.h"
 #include "crvlib/error.h"
+#include "typelib/surface.h"
 
-namespace crvlib::cli::fixtures {
+namespace crvlib::typelib::fixtures {
 
 // A counted handle, as DynamicString is: copies refer to one object.
 class Probe {
@@ -89,51 +87,50 @@ struct Tools {
   static String ValueOf(Probe Object) { return Object.Value(); }
 };
 
-}  // namespace crvlib::cli::fixtures
+}  // namespace crvlib::typelib::fixtures
 
-namespace crvlib::cli {
+namespace crvlib::typelib {
 template <>
 struct ObjectTraits<fixtures::Probe> {
   static constexpr std::string_view kName = "Probe";
   static const void* Identity(const fixtures::Probe& p) { return p.Identity(); }
 };
-}  // namespace crvlib::cli
+}  // namespace crvlib::typelib
 
-namespace crvlib::cli::fixtures {
+namespace crvlib::typelib::fixtures {
 
 inline ClassInfo ProbeClass() {
   return CreatableClass<Probe>(
-      "A test object.",
+      {}, "A test object.",
       {
-          PropertyGet<&Probe::Value>("Value", "The text.").Default(),
-          PropertyLet<&Probe::SetValue>("Value", "The text.", ByRef("NewValue")).Default(),
-          Method<&Probe::Child>("Child", "A new child."),
-          PropertyGet<&Probe::Parent>("Parent", "The parent, or Nothing."),
-          Method<&Probe::Self>("Self", "This object."),
-          Method<&Probe::Split>("Split", "Two copies of the text.", ByRef("Items"),
-                                Optional("Base", vxZeroBased)),
+          CRV_PROPERTY_GET(Probe, Value, "The text.").Default(),
+          CRV_PROPERTY_LET(Probe, Value, SetValue, ByRef("NewValue")).Default(),
+          CRV_METHOD(Probe, Child, "A new child."),
+          CRV_PROPERTY_GET(Probe, Parent, "The parent, or Nothing."),
+          CRV_METHOD(Probe, Self, "This object."),
+          CRV_METHOD(Probe, Split, "Two copies of the text.", ByRef("Items"),
+                     Optional("Base", vxZeroBased)),
       });
 }
 
 inline ClassInfo ToolsClass() {
-  return GlobalClass(
-      "Tools", "Test routines.",
-      {
-          Method<&Tools::Swap>("Swap", "", ByRef("First"), ByRef("Second")),
-          Method<&Tools::Join>("Join", "", ByRef("Delimiter"), ParamArray("Items")),
-          Method<&Tools::Echo>("Echo", "", In("Value")),
-          Method<&Tools::Pick>("Pick", "", In("Base"), Optional("Order", vxDescending),
-                               Optional("Negate", false)),
-          Method<&Tools::Twice>("Twice", "", In("Value")),
-          Method<&Tools::Cents>("Cents", "", In("Amount")),
-          Method<&Tools::NextDay>("NextDay", "", In("Day")),
-          Method<&Tools::Half>("Half", "", In("Value")),
-          Method<&Tools::Fail>("Fail", "", In("Number")),
-          Method<&Tools::Flip>("Flip", "", OptionalByRef("Flag", true)),
-          Method<&Tools::Pair>("Pair", "", In("Value")),
-          Method<&Tools::Make>("Make", "", In("Value")),
-          Method<&Tools::ValueOf>("ValueOf", "", In("Object")),
-      });
+  return GlobalClass("Tools", {}, "Test routines.",
+                     {
+                         CRV_METHOD(Tools, Swap, "", ByRef("First"), ByRef("Second")),
+                         CRV_METHOD(Tools, Join, "", ByRef("Delimiter"), ParamArray("Items")),
+                         CRV_METHOD(Tools, Echo, "", In("Value")),
+                         CRV_METHOD(Tools, Pick, "", In("Base"), Optional("Order", vxDescending),
+                                    Optional("Negate", false)),
+                         CRV_METHOD(Tools, Twice, "", In("Value")),
+                         CRV_METHOD(Tools, Cents, "", In("Amount")),
+                         CRV_METHOD(Tools, NextDay, "", In("Day")),
+                         CRV_METHOD(Tools, Half, "", In("Value")),
+                         CRV_METHOD(Tools, Fail, "", In("Number")),
+                         CRV_METHOD(Tools, Flip, "", OptionalByRef("Flag", true)),
+                         CRV_METHOD(Tools, Pair, "", In("Value")),
+                         CRV_METHOD(Tools, Make, "", In("Value")),
+                         CRV_METHOD(Tools, ValueOf, "", In("Object")),
+                     });
 }
 
 inline const Surface& TestSurface() {
@@ -151,18 +148,6 @@ inline const ParamInfo& ParamOf(std::string_view cls, std::string_view member, s
   return TestSurface().FindClass(cls)->Find(member, MemberKind::kMethod)->params.at(index);
 }
 
-// The JSON of the value `convert` gives (objects by class name), or "error: "
-// and the text of the UsageError it throws.
-inline std::string JsonOrError(const std::function<Value()>& convert) {
-  try {
-    std::string out;
-    AppendValueJson(out, convert(), [](const Object& o) { return std::string(o.ClassName()); });
-    return out;
-  } catch (const UsageError& e) {
-    return std::string("error: ") + e.what();
-  }
-}
+}  // namespace crvlib::typelib::fixtures
 
-}  // namespace crvlib::cli::fixtures
-
-#endif  // CRVLIB_TESTS_CLI_TEST_SURFACE_H_
+#endif  // CRVLIB_TESTS_TYPELIB_TEST_SURFACE_H_

@@ -1,14 +1,15 @@
-// The registry of classes, the DISPID numbering and the checks every class
-// table passes when it is built.
-#include "cli/surface.h"
+// The library's attributes, the registry of classes, the DISPID numbering
+// and the checks every class table passes when it is built.
+#include "typelib/surface.h"
 
 #include <algorithm>
+#include <cstdio>
 
-#include "core/error_frame.h"
+#include "crvlib/error.h"
 
-namespace crvlib::cli {
+namespace crvlib::typelib {
 
-// Each class's table lives in cli/surface_<class>.cpp. To add a class,
+// Each class's table lives in typelib/surface_<class>.cpp. To add a class,
 // declare its function here and list it below, in type-library order.
 ClassInfo ConstantsClass();
 ClassInfo ConversionsClass();
@@ -19,15 +20,27 @@ ClassInfo DynamicStringClass();
 ClassInfo SharedStringClass();
 
 const Surface& ShippedSurface() {
-  static const Surface surface{{
-      ConstantsClass(),
-      ConversionsClass(),
-      ValidationsClass(),
-      FunctionsClass(),
-      DLLRoutinesClass(),
-      DynamicStringClass(),
-      SharedStringClass(),
-  }};
+  static const Surface surface{
+      {
+          .name = "crvlib",
+          .guid = "EB81C65E-C7F0-44B5-A2F4-EA253F0722A2",
+          .major_version = 1,
+          .minor_version = 0,
+          .lcid = 1033,
+          .help = "Corvane Tessel 2005 Global Procedure Library",
+          .help_file = "crvlib.chm",
+          .server_file = "crvlib30",
+          .message_catalogue_clsid = "3B010ECC-A38C-463C-BAB7-C976689E2891",
+      },
+      {
+          ConstantsClass(),
+          ConversionsClass(),
+          ValidationsClass(),
+          FunctionsClass(),
+          DLLRoutinesClass(),
+          DynamicStringClass(),
+          SharedStringClass(),
+      }};
   return surface;
 }
 
@@ -79,6 +92,12 @@ const EnumInfo* TypeInfo::Enum() const {
   return kind == TypeKind::kLong && name != "Long" ? FindEnum(name) : nullptr;
 }
 
+std::string DispidText(int32_t dispid) {
+  char buf[16];
+  std::snprintf(buf, sizeof buf, "0x%08X", static_cast<unsigned>(dispid));
+  return buf;
+}
+
 void NumberMembers(std::vector<MemberInfo>& members) {
   // The distinct names in order of first appearance: a get and a let of one
   // property count once.
@@ -98,10 +117,11 @@ void NumberMembers(std::vector<MemberInfo>& members) {
   }
 }
 
-ClassInfo GlobalClass(std::string name, std::string help, std::vector<MemberInfo> members) {
-  ClassInfo c{std::move(name), ClassKind::kGlobal, std::move(help), std::move(members), nullptr};
-  NumberMembers(c.members);
-  internal::CheckClass(c, nullptr);
+ClassInfo GlobalClass(std::string name, ClassIds ids, std::string help,
+                      std::vector<MemberInfo> members) {
+  ClassInfo c{std::move(name), ClassKind::kGlobal, std::move(ids),
+              std::move(help), std::move(members), nullptr};
+  internal::FinishClass(c, nullptr);
   return c;
 }
 
@@ -139,7 +159,7 @@ std::vector<Value> BindArguments(std::string_view what, const MemberInfo& member
     args.push_back(i < count ? converted(params[i], i) : params[i].default_value);
   }
   if (has_param_array) {
-    ParamInfo item{params.back().name, internal::Convert<Variant>::Type(), false, false, {}};
+    ParamInfo item{params.back().name, TypeOf<Variant>(), false, false, {}};
     VariantArray rest;
     for (size_t i = fixed; i < count; ++i)
       rest.items.push_back(std::get<Variant>(converted(item, i)));
@@ -151,11 +171,11 @@ std::vector<Value> BindArguments(std::string_view what, const MemberInfo& member
 namespace internal {
 
 void RaiseObjectNotSet() {
-  crvlib::internal::Raise(crvlib::internal::kObjectNotSet);
+  throw Error::Runtime(91);
 }
 
 void ThrowTableError(std::string message) {
-  throw std::logic_error("crv member table: " + message);
+  throw std::logic_error("member table: " + message);
 }
 
 TypeInfo MakeType(TypeKind kind, std::string_view name) {
@@ -176,7 +196,12 @@ void CheckParamOrder(const std::string& member, const std::vector<ParamInfo>& pa
   }
 }
 
-void CheckClass(const ClassInfo& c, const ObjectType* self_type) {
+void FinishClass(ClassInfo& c, const ObjectType* self_type) {
+  NumberMembers(c.members);
+  for (MemberInfo& let : c.members) {
+    if (let.kind != MemberKind::kPropertyLet) continue;
+    if (const MemberInfo* get = c.Find(let.name, MemberKind::kPropertyGet)) let.help = get->help;
+  }
   for (size_t i = 0; i < c.members.size(); ++i) {
     const MemberInfo& m = c.members[i];
     if (m.self_type != self_type) {
@@ -201,4 +226,4 @@ void CheckClass(const ClassInfo& c, const ObjectType* self_type) {
 
 }  // namespace internal
 
-}  // namespace crvlib::cli
+}  // namespace crvlib::typelib

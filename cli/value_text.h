@@ -6,14 +6,14 @@
 //   \xHH     the code unit 0x00HH        \uHHHH   the code unit 0xHHHH
 //   \n \r \t line feed, carriage return, tab        \\  a backslash
 //   DecodeEscapes(u"a\\xFEb") == u"a\u00FEb"     EscapeText(u"a\u00FEb\n") == "a\\xFEb\\n"
-#ifndef CRVLIB_CLI_TEXT_H_
-#define CRVLIB_CLI_TEXT_H_
+#ifndef CRVLIB_CLI_VALUE_TEXT_H_
+#define CRVLIB_CLI_VALUE_TEXT_H_
 
 #include <string>
 #include <string_view>
 
-#include "cli/surface.h"
 #include "cli/value_json.h"
+#include "typelib/surface.h"
 
 namespace crvlib::cli {
 
@@ -28,10 +28,6 @@ std::string EscapeText(std::u16string_view text);
 // so that a message stays one line on a terminal; the rest is unchanged:
 //   EscapeControls(u"bad\r\nhex \u00FF") == "bad\\r\\nhex \u00FF" (in UTF-8)
 std::string EscapeControls(std::u16string_view text);
-
-// The byte offset of the first byte of `text` that is not part of a well
-// formed UTF-8 sequence, or npos.
-size_t InvalidUtf8At(std::string_view text);
 
 // Converts command-line argument `arg` (UTF-8) to the type of `param`:
 // strings as they are, numbers in the plain C form, Booleans True/False,
@@ -53,4 +49,4 @@ std::string ValueText(const Value& v, bool escapes, const ObjectNamer& name_of);
 
 }  // namespace crvlib::cli
 
-#endif  // CRVLIB_CLI_TEXT_H_
+#endif  // CRVLIB_CLI_VALUE_TEXT_H_

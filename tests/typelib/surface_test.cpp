@@ -1,14 +1,13 @@
 // The member table: DISPID numbering, what the binding deduces from a
 // signature, the checks a class table passes, and argument arrangement.
-#include "cli/surface.h"
+#include "typelib/surface.h"
 
 #include <gtest/gtest.h>
 
-#include "cli/value_json.h"
-#include "tests/cli/test_surface.h"
 #include "tests/testing/raised.h"
+#include "tests/typelib/test_surface.h"
 
-namespace crvlib::cli {
+namespace crvlib::typelib {
 namespace {
 
 using fixtures::Probe;
@@ -44,7 +43,7 @@ TEST(Surface, ConstantsAreReadOnlyStringPropertiesNumberedDownFromSix) {
 TEST(Surface, AGetAndALetOfOnePropertyShareANumberEvenWhenNotDefault) {
   std::vector<MemberInfo> members = {PropertyGet<&Probe::Value>("Text", ""),
                                      Method<&Probe::Child>("Child", ""),
-                                     PropertyLet<&Probe::SetValue>("Text", "", ByRef("NewValue"))};
+                                     PropertyLet<&Probe::SetValue>("Text", ByRef("NewValue"))};
   NumberMembers(members);
   EXPECT_EQ(members[0].dispid, 0x68030001);
   EXPECT_EQ(members[1].dispid, 0x60030000);
@@ -55,7 +54,9 @@ TEST(Surface, MemberFunctionsNeedTheirObject) {
   const ClassInfo* probe = TestSurface().FindClass("Probe");
   const MemberInfo* child = probe->Find("Child", MemberKind::kMethod);
   std::vector<Value> none;
-  EXPECT_EQ(RaisedBy([&] { child->invoke(nullptr, none); }).number, 91);
+  String description;
+  EXPECT_EQ(RaisedBy([&] { child->invoke(nullptr, none); }, &description).number, 91);
+  EXPECT_EQ(description, u"Object variable or With block variable not set");
   Object nothing = MakeObject(Probe().Parent());
   EXPECT_TRUE(nothing.IsNothing());
   EXPECT_EQ(RaisedBy([&] { child->invoke(&nothing, none); }).number, 91);
@@ -64,13 +65,13 @@ TEST(Surface, MemberFunctionsNeedTheirObject) {
 TEST(Surface, BadTablesAreRefusedWhenBuilt) {
   // A required parameter after an optional one.
   EXPECT_THROW(
-      GlobalClass("Bad", "",
+      GlobalClass("Bad", {}, "",
                   {Method<&Tools::Swap>("Swap", "", OptionalByRef("First", u""), ByRef("Second"))}),
       std::logic_error);
   // A member function in a global class.
-  EXPECT_THROW(GlobalClass("Bad", "", {Method<&Probe::Child>("Child", "")}), std::logic_error);
+  EXPECT_THROW(GlobalClass("Bad", {}, "", {Method<&Probe::Child>("Child", "")}), std::logic_error);
   // One name twice.
-  EXPECT_THROW(GlobalClass("Bad", "",
+  EXPECT_THROW(GlobalClass("Bad", {}, "",
                            {Method<&Tools::Half>("Half", "", In("Value")),
                             Method<&Tools::Half>("HALF", "", In("Value"))}),
                std::logic_error);
@@ -113,25 +114,47 @@ TEST(Surface, ArgumentsAreArrangedByCountDefaultsAndParamArray) {
   }
 }
 
-TEST(Surface, EveryEnumerationTypeHasItsEntry) {
-  // Enumeration parameters find their members by the type's name.
-  std::string_view names[] = {
-      EnumTraits<vxLibErrorCodes>::kName,     EnumTraits<vxCaseEnum>::kName,
-      EnumTraits<vxMatchOptionsEnum>::kName,  EnumTraits<vxSortOrderEnum>::kName,
-      EnumTraits<vxJustificationEnum>::kName, EnumTraits<vxDuplicatesEnum>::kName,
-      EnumTraits<vxPositionEnum>::kName,      EnumTraits<vxMatchingEnum>::kName,
-      EnumTraits<vxArrayBaseEnum>::kName,
-  };
-  for (std::string_view name : names) {
-    SCOPED_TRACE(std::string(name));
-    const EnumInfo* e = FindEnum(name);
-    ASSERT_NE(e, nullptr);
-    EXPECT_FALSE(e->members.empty());
-  }
-  EXPECT_EQ(Enumerations().size(), std::size(names));
-  EXPECT_EQ(FindEnum("vxPositionEnum")->Find("VXLASTPOSITION")->value, -1);
+TEST(Surface, EnumerationsAreFoundByNameIgnoringCaseAndByValue) {
+  EXPECT_EQ(FindEnum("VXPOSITIONENUM")->Find("vxlastposition")->value, -1);
   EXPECT_EQ(FindEnum("vxMatchOptionsEnum")->Find(64)->name, "vxLiteralTextMode");
+  EXPECT_EQ(FindEnum("vxMatchOptionsEnum")->Find(3), nullptr);  // flags are not combined
+  EXPECT_EQ(FindEnum("vxNoSuchEnum"), nullptr);
+  // A parameter typed with an enumeration finds it through its type.
+  EXPECT_EQ(TypeOf<vxSortOrderEnum>().Enum(), FindEnum("vxSortOrderEnum"));
+  EXPECT_EQ(TypeOf<int32_t>().Enum(), nullptr);
+}
+
+TEST(Surface, ValidationsListsItsRoutinesInTypeLibraryOrder) {
+  const ClassInfo* c = ShippedSurface().FindClass("Validations");
+  ASSERT_NE(c, nullptr);
+  std::string names, by_ref;
+  for (const MemberInfo& m : c->members) {
+    names += m.name + " ";
+    for (const ParamInfo& p : m.params) by_ref += p.optional ? 'O' : p.by_ref ? 'R' : 'V';
+    by_ref += ' ';
+  }
+  EXPECT_EQ(names,
+            "BooleanCheck CurrencyCheck DateCheck TimeCheck IsNum PercentCheck RangeDate RangeNum "
+            "RangeTime IsValid EmailAddressCheck Matches ");
+  EXPECT_EQ(by_ref, "V R R R R R RRR RRR RRR RRO R RR ");
+}
+
+TEST(Surface, ConversionsListsItsRoutinesInTypeLibraryOrder) {
+  const ClassInfo* c = ShippedSurface().FindClass("Conversions");
+  ASSERT_NE(c, nullptr);
+  std::string names;
+  for (const MemberInfo& m : c->members) names += m.name + " ";
+  EXPECT_EQ(names,
+            "Convert BooleanIn BooleanOut CurrencyIn CurrencyOut DateIn DateOut TimeIn TimeOut "
+            "PercentIn PercentOut Alpha AlphaPlus Num NumPlus NonNum PCase ");
+  const MemberInfo* out = c->Find("BooleanOut", MemberKind::kMethod);
+  ASSERT_NE(out, nullptr);
+  ASSERT_EQ(out->params.size(), 2u);
+  EXPECT_TRUE(out->params[1].by_ref && out->params[1].optional);
+  std::vector<Value> args{Variant(true), Variant(u"yes/no")};
+  out->invoke(nullptr, args);
+  EXPECT_EQ(std::get<Variant>(args[1]), Variant(u"True/False"));  // written back
 }
 
 }  // namespace
-}  // namespace crvlib::cli
+}  // namespace crvlib::typelib

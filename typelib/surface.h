@@ -1,34 +1,43 @@
-// The public surface of crvlib as one table: every class, its members in
-// interface order, their parameters (name, type, by-reference flag, optional
-// default), results, help strings and DISPIDs, and the enumerations. crv
-// calls routines through it, `crv list` prints it, and the automation server
-// is checked against it.
+// The public surface of crvlib as one table: the type library's identity,
+// every class with its identifiers (GUIDs), its members in interface order,
+// their parameters (name, type, by-reference flag, optional default),
+// results, help strings and DISPIDs, and the enumerations. It is the one
+// description of the API: crv calls routines through it and prints it (`crv
+// list`), the type library description is generated from it (`crv idl`), and
+// the automation server is driven by it.
 //
-// Adding a class: write cli/surface_<class>.cpp defining a function that
+// Adding a class: write typelib/surface_<class>.cpp defining a function that
 // returns its ClassInfo, and add that function to the list in surface.cpp.
+// Its identifiers are chosen once, when the class is added, and never change.
 //
 //   ClassInfo FunctionsClass() {
-//     return GlobalClass("Functions", "Dynamic string arrays and string utilities.", {
-//       Method<&Functions::ExtractElement>("ExtractElement", "Returns one element …",
-//           ByRef("ArrayValue"), ByRef("Delimiter"), In("Position")),
-//       Method<&Functions::LocateElement>("LocateElement", "…",
-//           ByRef("ArrayValue"), ByRef("Element"), ByRef("Delimiter"), In("Position"),
-//           Optional("SearchType", vxExactMatch), Optional("CaseType", vxCaseSensitive)),
+//     return GlobalClass("Functions", {.clsid = "7CE37537-…", .iid = "1B71CBFF-…"},
+//         "Dynamic string arrays and string utilities.", {
+//       CRV_METHOD(Functions, ExtractElement, "Returns one element …",
+//                  ByRef("ArrayValue"), ByRef("Delimiter"), In("Position")),
+//       CRV_METHOD(Functions, LocateElement, "…",
+//                  ByRef("ArrayValue"), ByRef("Element"), ByRef("Delimiter"), In("Position"),
+//                  Optional("SearchType", vxExactMatch), Optional("CaseType", vxCaseSensitive)),
 //     });
 //   }
 //
-// Adding a member: one line naming the C++ function and, per parameter, its
-// name and the type library's flags (In, ByRef, Optional, OptionalByRef,
-// ParamArray). Types, result and by-reference write-back come from the C++
-// signature: `const String&`/`String` is read, `String&` is written back,
-// likewise `bool&`, `Variant&`, `StringArray&`; `const VariantArray&` is a
-// ParamArray; vx…Enum types show under their enum name; handle classes (with
-// an ObjectTraits specialization below) are objects. Creatable classes bind
-// member functions of their handle class and use CreatableClass<Handle>;
-// PropertyGet/PropertyLet share a DISPID; `.Default()` makes the default
-// member (DISPID 0). Every other DISPID is computed from the member order.
-#ifndef CRVLIB_CLI_SURFACE_H_
-#define CRVLIB_CLI_SURFACE_H_
+// Adding a member: one line naming the C++ class and function, the help
+// string and, per parameter, its name and the type library's flags (In,
+// ByRef, Optional, OptionalByRef, ParamArray). The macros write the
+// function's name once, so the member's name and the function it calls
+// cannot part; the member keeps the C++ name (`function`) for the test that
+// compares the table with the public headers. Types, result and by-reference
+// write-back come from the C++ signature: `const String&`/`String` is read,
+// `String&` is written back, likewise `bool&`, `Variant&`, `StringArray&`;
+// `const VariantArray&` is a ParamArray; vx…Enum types show under their enum
+// name; handle classes (with an ObjectTraits specialization below) are
+// objects. Creatable classes bind member functions of their handle class and
+// use CreatableClass<Handle>; a property's get and let share a DISPID and
+// its one help string (the let names its setter: CRV_PROPERTY_LET(C, Value,
+// SetValue, ByRef("NewValue"))); `.Default()` makes the default member
+// (DISPID 0). Every other DISPID is computed from the member order.
+#ifndef CRVLIB_TYPELIB_SURFACE_H_
+#define CRVLIB_TYPELIB_SURFACE_H_
 
 #include <concepts>
 #include <cstdint>
@@ -49,9 +58,9 @@
 #include "crvlib/shared_string.h"
 #include "crvlib/variant.h"
 
-namespace crvlib::cli {
+namespace crvlib::typelib {
 
-// A request crv cannot make: unknown member, wrong argument count or type.
+// A call the table cannot make: unknown member, wrong argument count or type.
 class UsageError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -60,7 +69,7 @@ class UsageError : public std::runtime_error {
 // ---------------------------------------------------------------------------
 // Objects
 
-// What crv knows about the C++ handle class behind a class's objects.
+// What the table knows about the C++ handle class behind a class's objects.
 struct ObjectType {
   std::string_view class_name;
   // The address of the object a handle refers to: two handles refer to one
@@ -129,21 +138,13 @@ using Value = std::variant<Variant, StringArray, VariantArray, Object>;
 
 template <class E>
 struct EnumTraits;
-#define CRV_ENUM_NAME(E)                          \
+#define CRVLIB_TYPELIB_ENUM_TRAITS_(E)            \
   template <>                                     \
   struct EnumTraits<E> {                          \
     static constexpr std::string_view kName = #E; \
-  }
-CRV_ENUM_NAME(vxLibErrorCodes);
-CRV_ENUM_NAME(vxCaseEnum);
-CRV_ENUM_NAME(vxMatchOptionsEnum);
-CRV_ENUM_NAME(vxSortOrderEnum);
-CRV_ENUM_NAME(vxJustificationEnum);
-CRV_ENUM_NAME(vxDuplicatesEnum);
-CRV_ENUM_NAME(vxPositionEnum);
-CRV_ENUM_NAME(vxMatchingEnum);
-CRV_ENUM_NAME(vxArrayBaseEnum);
-#undef CRV_ENUM_NAME
+  };
+CRVLIB_ENUMERATIONS(CRVLIB_TYPELIB_ENUM_TRAITS_)
+#undef CRVLIB_TYPELIB_ENUM_TRAITS_
 
 template <class E>
 concept Enumeration = std::is_enum_v<E> && requires {
@@ -151,7 +152,7 @@ concept Enumeration = std::is_enum_v<E> && requires {
 };
 
 struct EnumMember {
-  std::string name;  // also its help string
+  std::string name;  // also its help string: every member's help is its own name
   int32_t value;
 };
 
@@ -216,31 +217,49 @@ struct MemberInfo {
   MemberKind kind = MemberKind::kMethod;
   int32_t dispid = 0;
   bool is_default = false;
-  std::string help;
+  std::string help;  // a property's let carries its get's
   TypeInfo result;
   std::vector<ParamInfo> params;
   Thunk invoke = nullptr;
   const ObjectType* self_type = nullptr;  // the handle class of a member function
+  // The C++ function the member calls, as "Class::Function"; empty for a
+  // member bound without the CRV_ macros (test tables).
+  std::string function;
 
-  std::string note;  // crv's own remark on the member, shown by `crv list`
+  // A remark for users on what the help string leaves unsaid (a routine
+  // that may never return), shown by `crv list`; not in the type library.
+  std::string note;
 
   // Marks the class's default member (DISPID 0).
   MemberInfo Default() && {
     is_default = true;
     return std::move(*this);
   }
-  // Adds crv's remark, for what the help string leaves unsaid.
+  // Adds the remark.
   MemberInfo Note(std::string text) && {
     note = std::move(text);
+    return std::move(*this);
+  }
+  // Records the C++ function; the CRV_ macros call it.
+  MemberInfo Calls(std::string cpp_name) && {
+    function = std::move(cpp_name);
     return std::move(*this);
   }
 };
 
 enum class ClassKind { kGlobal, kCreatable };
 
+// A class's identifiers, as registry-format GUIDs without braces: the class
+// (CLSID) and its dual interface `_<Class>` (IID).
+struct ClassIds {
+  std::string clsid;
+  std::string iid;
+};
+
 struct ClassInfo {
   std::string name;
   ClassKind kind = ClassKind::kGlobal;
+  ClassIds ids;
   std::string help;
   std::vector<MemberInfo> members;  // interface order
   Object (*factory)() = nullptr;    // a new object of a creatable class
@@ -250,8 +269,24 @@ struct ClassInfo {
   const MemberInfo* Find(std::string_view name, MemberKind kind) const;
 };
 
+// The type library's own attributes.
+struct LibraryInfo {
+  std::string name;
+  std::string guid;  // the library identifier (LIBID)
+  int major_version = 0;
+  int minor_version = 0;
+  int32_t lcid = 0;
+  std::string help;
+  std::string help_file;
+  std::string server_file;  // the in-process server, without the platform's extension
+  // The class of the message catalogue the library creates at start-up; it
+  // is a component of its own, not a class of this library.
+  std::string message_catalogue_clsid;
+};
+
 // A set of classes: the shipped table, or that plus test classes.
 struct Surface {
+  LibraryInfo library;
   std::vector<ClassInfo> classes;
 
   const ClassInfo* FindClass(std::string_view name) const;  // ASCII case ignored
@@ -260,17 +295,21 @@ struct Surface {
 // The library's classes in type-library order.
 const Surface& ShippedSurface();
 
+// A DISPID as the type library shows it: "0x60030000".
+std::string DispidText(int32_t dispid);
+
 // Methods are 0x6003xxxx, properties 0x6803xxxx; the low part numbers the
 // members in reverse order (the last is 0), a property's get and let sharing
 // one number. Default members are 0 and keep their place in the count.
 void NumberMembers(std::vector<MemberInfo>& members);
 
-// Class builders; both number the members and check that each member binds
-// a function of the right kind (static for a global class, a member function
-// of T for a creatable one).
-ClassInfo GlobalClass(std::string name, std::string help, std::vector<MemberInfo> members);
+// Class builders; both number the members, give each property let its get's
+// help string, and check that each member binds a function of the right kind
+// (static for a global class, a member function of T for a creatable one).
+ClassInfo GlobalClass(std::string name, ClassIds ids, std::string help,
+                      std::vector<MemberInfo> members);
 template <Handle T>
-ClassInfo CreatableClass(std::string help, std::vector<MemberInfo> members);
+ClassInfo CreatableClass(ClassIds ids, std::string help, std::vector<MemberInfo> members);
 
 // Arranges `count` arguments for a call of `member` (named `what` in
 // messages): converts each with `convert`, called with its parameter (a
@@ -325,6 +364,8 @@ constexpr ParamArrayDecl ParamArray(const char* name) {
 
 namespace internal {
 
+// Error 91, as automation raises it for a call through a reference to no
+// object.
 [[noreturn]] void RaiseObjectNotSet();
 [[noreturn]] void ThrowTableError(std::string message);
 
@@ -416,7 +457,7 @@ struct Convert<T> {
 template <class P>
 struct Param {
   using Bare = std::remove_cvref_t<P>;
-  // A non-const lvalue reference: the routine writes it; crv writes it back.
+  // A non-const lvalue reference: the routine writes it; the caller gets it back.
   static constexpr bool kWritten =
       std::is_lvalue_reference_v<P> && !std::is_const_v<std::remove_reference_t<P>>;
   static constexpr bool kParamArray = std::is_same_v<Bare, VariantArray>;
@@ -553,9 +594,19 @@ MemberInfo Bind(MemberKind kind, std::string name, std::string help, Decls... de
   return m;
 }
 
-void CheckClass(const ClassInfo& c, const ObjectType* self_type);
+// Numbers the members, gives each property let its get's help string and
+// checks the class: every member binds a function of the right kind, no name
+// is declared twice, a let takes the value and returns nothing.
+void FinishClass(ClassInfo& c, const ObjectType* self_type);
 
 }  // namespace internal
+
+// The table's type for the C++ type T: TypeOf<int32_t>() is Long,
+// TypeOf<Variant>() Variant.
+template <class T>
+TypeInfo TypeOf() {
+  return internal::Convert<T>::Type();
+}
 
 template <auto Fn, class... Decls>
 MemberInfo Method(std::string name, std::string help, Decls... decls) {
@@ -565,20 +616,41 @@ template <auto Fn, class... Decls>
 MemberInfo PropertyGet(std::string name, std::string help, Decls... decls) {
   return internal::Bind<Fn>(MemberKind::kPropertyGet, std::move(name), std::move(help), decls...);
 }
+// A let has no help string of its own: it shows its get's.
 template <auto Fn, class... Decls>
-MemberInfo PropertyLet(std::string name, std::string help, Decls... decls) {
-  return internal::Bind<Fn>(MemberKind::kPropertyLet, std::move(name), std::move(help), decls...);
+MemberInfo PropertyLet(std::string name, Decls... decls) {
+  return internal::Bind<Fn>(MemberKind::kPropertyLet, std::move(name), "", decls...);
 }
 
 template <Handle T>
-ClassInfo CreatableClass(std::string help, std::vector<MemberInfo> members) {
-  ClassInfo c{std::string(ObjectTraits<T>::kName), ClassKind::kCreatable, std::move(help),
-              std::move(members), [] { return MakeObject(T()); }};
-  NumberMembers(c.members);
-  internal::CheckClass(c, &ObjectTypeOf<T>());
+ClassInfo CreatableClass(ClassIds ids, std::string help, std::vector<MemberInfo> members) {
+  ClassInfo c{std::string(ObjectTraits<T>::kName),
+              ClassKind::kCreatable,
+              std::move(ids),
+              std::move(help),
+              std::move(members),
+              [] { return MakeObject(T()); }};
+  internal::FinishClass(c, &ObjectTypeOf<T>());
   return c;
 }
 
-}  // namespace crvlib::cli
+// The binding macros: each names the C++ function once and records it.
+//   CRV_METHOD(Functions, Field, "Returns …", ByRef("Value"), …)
+//   CRV_METHOD_OVERLOAD(Conversions, BooleanOut, BooleanOutWithFormat, "…", …)
+//       binds the overload of type BooleanOutWithFormat (a pointer type)
+//   CRV_PROPERTY_GET(DynamicString, Value, "Returns or sets …")
+//   CRV_PROPERTY_LET(DynamicString, Value, SetValue, ByRef("NewValue"))
+#define CRV_METHOD(Class, Name, ...) \
+  ::crvlib::typelib::Method<&Class::Name>(#Name, __VA_ARGS__).Calls(#Class "::" #Name)
+#define CRV_METHOD_OVERLOAD(Class, Name, Type, ...)                              \
+  ::crvlib::typelib::Method<static_cast<Type>(&Class::Name)>(#Name, __VA_ARGS__) \
+      .Calls(#Class "::" #Name)
+#define CRV_PROPERTY_GET(Class, Name, ...) \
+  ::crvlib::typelib::PropertyGet<&Class::Name>(#Name, __VA_ARGS__).Calls(#Class "::" #Name)
+#define CRV_PROPERTY_LET(Class, Name, Setter, ...)                                 \
+  ::crvlib::typelib::PropertyLet<&Class::Setter>(#Name __VA_OPT__(, ) __VA_ARGS__) \
+      .Calls(#Class "::" #Setter)
 
-#endif  // CRVLIB_CLI_SURFACE_H_
+}  // namespace crvlib::typelib
+
+#endif  // CRVLIB_TYPELIB_SURFACE_H_
