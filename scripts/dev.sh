@@ -29,6 +29,8 @@ install_missing() {
 
 build() {  # build DIR [cmake options...]
   local dir=$1; shift
+  # Warnings are errors in every build made here, as in CI.
+  set -- -DCRVLIB_WERROR=ON "$@"
   # ccache, when installed, makes rebuilds of unchanged units free.
   command -v ccache >/dev/null && set -- -DCMAKE_CXX_COMPILER_LAUNCHER=ccache "$@"
   # Configure quietly, but show everything when it fails.

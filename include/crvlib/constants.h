@@ -5,11 +5,12 @@
 #ifndef CRVLIB_CONSTANTS_H_
 #define CRVLIB_CONSTANTS_H_
 
+#include "crvlib/export.h"
 #include "crvlib/string.h"
 
 namespace crvlib {
 
-class Constants {
+class CRVLIB_EXPORT Constants {
  public:
   static String vxRM();    // record mark, Chr$(255)
   static String vxAM();    // attribute (field) mark, Chr$(254)

@@ -19,12 +19,13 @@
 #ifndef CRVLIB_CONVERSIONS_H_
 #define CRVLIB_CONVERSIONS_H_
 
+#include "crvlib/export.h"
 #include "crvlib/string.h"
 #include "crvlib/variant.h"
 
 namespace crvlib {
 
-class Conversions {
+class CRVLIB_EXPORT Conversions {
  public:
   // Empty Data gives "" before the code is looked at; an unknown code raises
   // 1611 with the code appended to the description.

@@ -9,6 +9,7 @@
 #include "crvlib/dynamic_string.h"
 #include "crvlib/enums.h"
 #include "crvlib/error.h"
+#include "crvlib/export.h"
 #include "crvlib/functions.h"
 #include "crvlib/locale.h"
 #include "crvlib/shared_string.h"

@@ -14,11 +14,12 @@
 #include <cstdint>
 
 #include "crvlib/enums.h"
+#include "crvlib/export.h"
 #include "crvlib/string.h"
 
 namespace crvlib {
 
-class DLLRoutines {
+class CRVLIB_EXPORT DLLRoutines {
  public:
   // Wraps VChangeDelimiter. ArrayValue receives the new array.
   static int32_t CRVChangeDelimiter(String& ArrayValue, const String& OldDelimiter,

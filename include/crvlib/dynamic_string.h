@@ -38,6 +38,7 @@
 #include <memory>
 
 #include "crvlib/enums.h"
+#include "crvlib/export.h"
 #include "crvlib/string.h"
 
 namespace crvlib {
@@ -46,7 +47,7 @@ namespace internal {
 class DynamicStringImpl;
 }
 
-class DynamicString {
+class CRVLIB_EXPORT DynamicString {
  public:
   // The largest character length whose byte length still fits a Long, and
   // the byte-length default.

@@ -21,6 +21,7 @@
 #include <exception>
 #include <string>
 
+#include "crvlib/export.h"
 #include "crvlib/string.h"
 
 namespace crvlib {
@@ -28,7 +29,7 @@ namespace crvlib {
 // vbObjectError: the base of the numbers of errors an object defines itself.
 inline constexpr int32_t kObjectErrorBase = static_cast<int32_t>(0x80040000u);
 
-class Error : public std::exception {
+class CRVLIB_EXPORT Error : public std::exception {
  public:
   Error(int32_t number, String source, String description);
 

@@ -23,12 +23,13 @@
 
 #include "crvlib/dynamic_string.h"
 #include "crvlib/enums.h"
+#include "crvlib/export.h"
 #include "crvlib/string.h"
 #include "crvlib/variant.h"
 
 namespace crvlib {
 
-class Functions {
+class CRVLIB_EXPORT Functions {
  public:
   // --- Extraction and counting ---------------------------------------------
 

@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "crvlib/export.h"
 #include "crvlib/string.h"
 
 namespace crvlib {
@@ -23,7 +24,7 @@ namespace internal {
 class SharedStringImpl;
 }
 
-class SharedString {
+class CRVLIB_EXPORT SharedString {
  public:
   SharedString();
 

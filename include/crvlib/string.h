@@ -22,12 +22,14 @@
 #include <string_view>
 #include <utility>
 
+#include "crvlib/export.h"
+
 namespace crvlib {
 
 static_assert(std::endian::native == std::endian::little,
               "crvlib keeps UTF-16LE text and needs a little-endian host");
 
-class String {
+class CRVLIB_EXPORT String {
  public:
   // The largest byte length an automation string may have.
   static constexpr int32_t kMaxBytes = 0x7FFFFFFE;
@@ -100,7 +102,7 @@ class String {
 };
 
 // Writes the string as UTF-8.
-std::ostream& operator<<(std::ostream& out, const String& s);
+CRVLIB_EXPORT std::ostream& operator<<(std::ostream& out, const String& s);
 
 }  // namespace crvlib
 

@@ -11,11 +11,12 @@
 #define CRVLIB_VALIDATIONS_H_
 
 #include "crvlib/enums.h"
+#include "crvlib/export.h"
 #include "crvlib/string.h"
 
 namespace crvlib {
 
-class Validations {
+class CRVLIB_EXPORT Validations {
  public:
   static bool BooleanCheck(const String& Value);
   // True unless Value holds an ASCII letter or no digit at all.

@@ -13,6 +13,7 @@
 #include <variant>
 #include <vector>
 
+#include "crvlib/export.h"
 #include "crvlib/string.h"
 
 namespace crvlib {
@@ -44,12 +45,12 @@ struct Date {
   // years 100 to 9999 or no such time (hour 0-23, minute and second 0-59).
   //   Date::FromCivil({2004, 12, 31, 18})->serial == 38352.75
   //   Date::FromCivil({2005, 2, 29})               == std::nullopt
-  static std::optional<Date> FromCivil(const CivilDateTime& c);
+  CRVLIB_EXPORT static std::optional<Date> FromCivil(const CivilDateTime& c);
   // The day and time, the time rounded to the nearest second (a time that
   // rounds to midnight moves to the next day); nullopt outside the years 100
   // to 9999 or for a serial that is not a number.
   //   Date{-1.25}.ToCivil() holds 1899-12-29 06:00:00
-  std::optional<CivilDateTime> ToCivil() const;
+  CRVLIB_EXPORT std::optional<CivilDateTime> ToCivil() const;
 
   friend constexpr auto operator<=>(Date, Date) = default;
 };

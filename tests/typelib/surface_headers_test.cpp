@@ -129,7 +129,8 @@ HeaderParam ReadParam(const std::string& text) {
 HeaderClass ReadClass(const std::string& header_text, const std::string& name) {
   const std::string text = WithoutComments(header_text);
   std::smatch m;
-  if (!std::regex_search(text, m, std::regex("class\\s+" + name + "\\s*\\{"))) return {};
+  if (!std::regex_search(text, m, std::regex("class\\s+(?:CRVLIB_EXPORT\\s+)?" + name + "\\s*\\{")))
+    return {};
   const size_t open = static_cast<size_t>(m.position(0) + m.length(0)) - 1;
   const std::string body = text.substr(open + 1, Closing(text, open) - open - 1);
 
