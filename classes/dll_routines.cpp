@@ -5,12 +5,11 @@
 // when no statement failed, 0 otherwise. No error leaves a wrapper.
 #include "crvlib/dll_routines.h"
 
-#include <algorithm>
 #include <cstdint>
 
 #include "core/error_frame.h"
 #include "crvlib/dynamic_string.h"
-#include "dynstring/element_scan.h"
+#include "dynstring/element_hosts.h"
 
 namespace crvlib {
 namespace {
@@ -34,21 +33,13 @@ DynamicString Created(ResumeNext& err) {
 int32_t DLLRoutines::CRVChangeDelimiter(String& ArrayValue, const String& OldDelimiter,
                                         const String& NewDelimiter) {
   ResumeNext err;
-  const int64_t most =
-      OldDelimiter.LenB() == 0
-          ? INT64_MAX
-          : int64_t{ArrayValue.LenB()} + int64_t{ArrayValue.LenB()} / OldDelimiter.LenB() *
-                                             std::max(0, NewDelimiter.LenB() - OldDelimiter.LenB());
-  if (!ArrayValue.odd() && !OldDelimiter.odd() && !NewDelimiter.odd() &&
-      most <= String::kMaxBytes) {
-    // ChangeAll of a whole text over code units in one pass (see
-    // Functions.ChangeDelimiter); it cannot fail but for memory.
-    err([&] {
-      ArrayValue = String(internal::ReplaceMatches(
-          ArrayValue.view(), internal::UnitDelimiter(OldDelimiter.view()), NewDelimiter.view()));
-    });
-    return Status(err);
-  }
+  // A fresh object's ChangeAll in one pass where that gives the object's
+  // result; it cannot fail but for memory.
+  bool done = false;
+  err([&] {
+    done = internal::ChangeAllOfFresh(ArrayValue, OldDelimiter, NewDelimiter, &ArrayValue);
+  });
+  if (done || err.Number() != 0) return Status(err);
   DynamicString d = Created(err);
   err([&] { d.SetValue(ArrayValue); });
   // Unlike Functions.ChangeDelimiter, an empty OldDelimiter reaches ChangeAll

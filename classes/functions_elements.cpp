@@ -7,7 +7,6 @@
 // gives the same answers, since a fresh object's scan cache and edits start
 // from nothing. Strings with an odd byte length put an object into byte mode,
 // which PlainText does not model, so those calls run on a real object.
-#include <algorithm>
 #include <initializer_list>
 #include <memory>
 #include <type_traits>
@@ -122,18 +121,9 @@ String Functions::ChangeDelimiter(const String& ArrayValue, const String& OldDel
   return Trap(u"CRVLIB.Functions::ChangeDelimiter"sv, [&] {
     // ChangeAll would refuse an empty OldDelimiter; the routine never asks it.
     if (OldDelimiter.LenB() == 0) return ArrayValue;
-    // ChangeAll on a fresh object replaces the matches of a left-to-right
-    // search that goes on behind each replacement: over whole code units,
-    // one pass into a result of its final size. Odd byte lengths, and
-    // results that might pass the string limit (ChangeAll raises 6 then),
-    // take the object.
-    const int64_t most =
-        int64_t{ArrayValue.LenB()} + int64_t{ArrayValue.LenB()} / OldDelimiter.LenB() *
-                                         std::max(0, NewDelimiter.LenB() - OldDelimiter.LenB());
-    if (!ArrayValue.odd() && !OldDelimiter.odd() && !NewDelimiter.odd() &&
-        most <= String::kMaxBytes) {
-      return String(internal::ReplaceMatches(
-          ArrayValue.view(), internal::UnitDelimiter(OldDelimiter.view()), NewDelimiter.view()));
+    String changed;
+    if (internal::ChangeAllOfFresh(ArrayValue, OldDelimiter, NewDelimiter, &changed)) {
+      return changed;
     }
     DynamicString d;
     d.SetValue(ArrayValue);

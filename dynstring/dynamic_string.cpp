@@ -28,7 +28,6 @@
 #include "core/error_frame.h"
 #include "core/thread_state.h"
 #include "dynstring/dynamic_string_impl.h"
-#include "dynstring/element_scan.h"
 #include "runtime/code_page.h"
 #include "runtime/compare.h"
 #include "runtime/number_parse.h"
@@ -78,48 +77,8 @@ DynStringBuf& DynamicStringImpl::CreateBuffer() {
   return *Buffer_;
 }
 
-ScanIndexSlot::ScanIndexSlot() = default;
-ScanIndexSlot::~ScanIndexSlot() = default;
-ScanIndexSlot::ScanIndexSlot(ScanIndexSlot&&) noexcept = default;
-ScanIndexSlot& ScanIndexSlot::operator=(ScanIndexSlot&&) noexcept = default;
-
-void ScanIndexSlot::Forget() {
-  index.reset();
-  if (ahead) ahead->count = 0;
-}
-
-void ResetScanCache(ScanCache& s, int32_t LengthB) {
-  s.ScanAtEnd = LengthB == 0;
-  s.ScanElement = 0;
-  s.ScanStart = 0;
-  s.ScanLength = 0;
-  s.ScanPrevElement = 0;
-  s.ScanPrevStart = 0;
-  s.ScanPrevLength = 0;
-}
-
-void AdjustScanForEdit(ScanCache& s, int32_t EditStart, int32_t LengthB) {
-  if (s.ScanElement == 0) {
-    ResetScanCache(s, LengthB);
-  } else if (EditStart == s.ScanStart) {
-    // An edit at the cached element's start backs the cache up by one
-    // element, so a loop that edits the current element keeps its place.
-    // The element before that one is not known any more: a second edit at
-    // the same start must not back up onto the element it has just changed.
-    s.ScanElement = s.ScanPrevElement;
-    s.ScanStart = s.ScanPrevStart;
-    s.ScanLength = s.ScanPrevLength;
-    s.ScanPrevElement = 0;
-    s.ScanPrevStart = 0;
-    s.ScanPrevLength = 0;
-    s.ScanAtEnd = LengthB == 0;
-  } else if (int64_t{EditStart} < int64_t{s.ScanStart} + s.ScanLength + s.ScanDelimiter.LenB()) {
-    ResetScanCache(s, LengthB);
-  }
-}
-
 void DynamicStringImpl::ResetScan() {
-  ResetScanCache(scan_, LengthB_);
+  scan_.Reset(LengthB_);
 }
 
 void DynamicStringImpl::EditB(const String& NewValue, int32_t Start, int32_t Length) {
@@ -129,7 +88,7 @@ void DynamicStringImpl::EditB(const String& NewValue, int32_t Start, int32_t Len
 
 void DynamicStringImpl::AdjustSelf(int32_t EditStart, int32_t Delta) {
   LengthB_ += Delta;
-  AdjustScanForEdit(scan_, EditStart, LengthB_);
+  scan_.AdjustForEdit(EditStart, LengthB_);
   scan_index_.Forget();  // the text changed: what the scan knew ahead is stale
 }
 

@@ -24,58 +24,14 @@
 #include "crvlib/enums.h"
 #include "crvlib/string.h"
 #include "dynstring/dyn_string_buf.h"
+#include "dynstring/scan_cache.h"
 
 namespace crvlib::internal {
-
-// The element-scan cache of a view: the last element a scan reached and the
-// one before it, in bytes within the view. The element engine owns its use;
-// edits keep it or reset it (see PropagateEdit).
-struct ScanCache {
-  String ScanDelimiter;
-  bool ScanAtEnd = false;
-  int32_t ScanElement = 0;  // 1-based number of the cached element, 0 for none
-  int32_t ScanStart = 0;
-  int32_t ScanLength = 0;
-  int32_t ScanPrevElement = 0;
-  int32_t ScanPrevStart = 0;
-  int32_t ScanPrevLength = 0;
-
-  friend bool operator==(const ScanCache&, const ScanCache&) = default;
-};
-
-// Forgets the cached element; ScanAtEnd becomes (LengthB == 0). The
-// delimiter is kept.
-void ResetScanCache(ScanCache& s, int32_t LengthB);
-// The cache's part of an edit of its view at EditStart, the view now being
-// LengthB bytes long: with no cached element, a reset; at the cached
-// element's start, a step back to the previous element (which is then the
-// only one known); before the end of the cached element's delimiter, a
-// reset; after it, nothing.
-void AdjustScanForEdit(ScanCache& s, int32_t EditStart, int32_t LengthB);
 
 // -1, 0 or 1: the comparison of elements, with the family's byte-mode flag
 // given. See DynamicStringImpl::CompareElements.
 int16_t CompareElementValues(const String& A, const String& B, int32_t Justification,
                              int32_t CaseType, bool binary);
-
-class MatchIndex;
-struct MatchesAhead;
-// What the element scan keeps about one view's current text, beyond the
-// cache: checkpoints for one delimiter, and the matches found ahead of a
-// walk by single steps. Forgotten by every edit of the view. They never
-// change what a scan answers, only how fast it gets there.
-struct ScanIndexSlot {
-  ScanIndexSlot();
-  ~ScanIndexSlot();
-  ScanIndexSlot(ScanIndexSlot&&) noexcept;
-  ScanIndexSlot& operator=(ScanIndexSlot&&) noexcept;
-
-  void Forget();
-
-  String delimiter;
-  std::unique_ptr<MatchIndex> index;  // complete when index->matches() >= 0
-  std::unique_ptr<MatchesAhead> ahead;
-};
 
 class DynamicStringImpl : public std::enable_shared_from_this<DynamicStringImpl> {
  public:

@@ -1,18 +1,19 @@
 // The element engine: the operations of a dynamic string array over a text
 // host (ObjectText for a DynamicString view, PlainText for a caller's string
-// on a fresh state; element_text.h).
+// on a fresh state; element_hosts.h).
 //
 // Everything goes through Scan and its cache (ScanElement, ScanStart, …),
 // which behaves exactly as a loop that searches one delimiter per element:
 // asking for the cached or the previous element costs nothing, asking for a
 // later one continues from the cache, an earlier one starts again from the
 // first element, and the cache is left as that loop leaves it. Only the speed
-// differs: while the text is searched by code units, runs of elements are
-// skipped by counting delimiters (element_scan.h), once checkpoints exist a
-// far element is reached from the nearest one instead of from the start, a
-// walk by single steps takes its matches from batches collected ahead, and
-// LocateElement tests elements in place, in bulk, or (binary mode) only
-// where a match can be; the cache fields end up the same either way.
+// differs, in the walks of element_walks.h: while the text is searched by
+// code units, runs of elements are skipped by counting delimiters
+// (element_scan.h), once checkpoints exist a far element is reached from the
+// nearest one instead of from the start, a walk by single steps takes its
+// matches from a stream collected ahead, and LocateElement tests elements in
+// place, in bulk, or (binary mode) only where a match can be; the cache
+// fields end up the same either way.
 //
 // The quirks that follow from the cache and from the edit rules are kept on
 // purpose; each is noted where it arises.
@@ -28,20 +29,16 @@
 #include "core/error_frame.h"
 #include "crvlib/enums.h"
 #include "crvlib/string.h"
+#include "dynstring/element_hosts.h"
 #include "dynstring/element_scan.h"
-#include "dynstring/element_text.h"
-#include "platform/collation.h"
+#include "dynstring/element_walks.h"
 #include "runtime/code_page.h"
 #include "runtime/compare.h"
 
 namespace crvlib::internal {
 
-// The scan's target for "the last element": the largest it can reach.
-inline constexpr int32_t kScanToEnd = 2147483646;
 // What ExtractElement makes of position -1; the scan never reaches it.
 inline constexpr int32_t kLastElement = 2147483647;
-// Walks of up to this many elements search match by match; longer ones count.
-inline constexpr int64_t kShortWalk = 16;
 // A step back to an element beyond this lays checkpoints over the text.
 inline constexpr int32_t kIndexFrom = 1024;
 
@@ -66,206 +63,6 @@ bool SortedJoin(std::u16string_view text, const UnitDelimiter& d, int32_t SortOr
 String SortedBytes(const std::vector<String>& elements, const String& Delimiter, int32_t SortOrder,
                    int32_t Justification, int32_t CaseType);
 
-namespace element {
-
-template <class Text>
-MatchIndex* ReadyIndex(Text& t, const String& Delimiter) {
-  ScanIndexSlot& slot = t.IndexSlot();
-  if (slot.index && slot.index->matches() >= 0 && slot.delimiter == Delimiter) {
-    return slot.index.get();
-  }
-  return nullptr;
-}
-
-template <class Text>
-MatchIndex* FreshIndex(Text& t, const String& Delimiter) {
-  ScanIndexSlot& slot = t.IndexSlot();
-  if (!slot.index) slot.index = std::make_unique<MatchIndex>();
-  slot.delimiter = Delimiter;
-  return slot.index.get();
-}
-
-// The literal forward loop, one byte-wise search per element.
-template <class Text>
-void AdvanceLiteral(Text& t, const String& Delimiter, int32_t target) {
-  ScanCache& s = t.Cache();
-  while (s.ScanElement < target) {
-    s.ScanPrevElement = s.ScanElement;
-    s.ScanPrevStart = s.ScanStart;
-    s.ScanPrevLength = s.ScanLength;
-    if (s.ScanElement > 0) {
-      s.ScanStart = CheckedAdd(CheckedAdd(s.ScanStart, s.ScanLength), Delimiter.LenB());
-    }
-    const int32_t r = t.FindBytesFrom(Delimiter, s.ScanStart);
-    if (r < 0) {
-      s.ScanAtEnd = true;
-      ++s.ScanElement;
-      s.ScanLength = t.LengthB() - s.ScanStart;
-      return;
-    }
-    ++s.ScanElement;
-    s.ScanLength = r - s.ScanStart;
-  }
-}
-
-// One turn of the forward loop: the element after the cached one, which is
-// not the last. Takes the match from the batch collected ahead when the
-// text can be read in place as code units without rearranging the buffer;
-// otherwise the literal byte-wise search. The next start cannot overflow:
-// a delimiter follows the cached element, so it is at most LengthB.
-template <class Text>
-void StepOne(Text& t, const String& Delimiter) {
-  std::u16string_view text;
-  if (!t.UnitsInPlace(Delimiter, &text)) {
-    return AdvanceLiteral(t, Delimiter, t.Cache().ScanElement + 1);
-  }
-  ScanCache& s = t.Cache();
-  const int32_t start = s.ScanStart + s.ScanLength + Delimiter.LenB();
-  ScanIndexSlot& slot = t.IndexSlot();
-  if (!slot.ahead) slot.ahead = std::make_unique<MatchesAhead>();
-  const size_t r =
-      slot.ahead->Next(text, static_cast<size_t>(start / 2), UnitDelimiter(Delimiter.view()));
-  s.ScanPrevElement = s.ScanElement;
-  s.ScanPrevStart = s.ScanStart;
-  s.ScanPrevLength = s.ScanLength;
-  ++s.ScanElement;
-  s.ScanStart = start;
-  if (r == kNoMatch) {
-    s.ScanAtEnd = true;
-    s.ScanLength = static_cast<int32_t>(text.size() * 2) - start;
-  } else {
-    s.ScanLength = static_cast<int32_t>(r * 2) - start;
-  }
-}
-
-// Bytes equal, the common one-unit case without a library call.
-inline bool SameDelimiter(const String& a, const String& b) {
-  if (a.LenB() != b.LenB()) return false;
-  const size_t units = static_cast<size_t>(a.LenB() + 1) / 2;
-  for (size_t i = 0; i < units; ++i) {
-    if (a.data()[i] != b.data()[i]) return false;
-  }
-  return true;
-}
-
-// Sets the cache to element min(target, count) as the forward loop leaves
-// it, reading element boundaries from the checkpoints.
-inline void JumpTo(ScanCache& s, std::u16string_view text, const UnitDelimiter& d,
-                   const MatchIndex& index, int64_t target) {
-  const int64_t count = index.matches() + 1;
-  const size_t m = d.size();
-  auto start_of = [&](int64_t j) -> size_t { return j == 1 ? 0 : index.Match(text, d, j - 1) + m; };
-  auto end_of = [&](int64_t j) -> size_t {
-    return j == count ? text.size() : index.Match(text, d, j);
-  };
-  const int64_t e = target < count ? target : count;
-  const size_t start = start_of(e);
-  s.ScanElement = static_cast<int32_t>(e);
-  s.ScanStart = static_cast<int32_t>(start * 2);
-  s.ScanLength = static_cast<int32_t>((end_of(e) - start) * 2);
-  if (e == 1) {
-    s.ScanPrevElement = s.ScanPrevStart = s.ScanPrevLength = 0;
-  } else {
-    const size_t prev = start_of(e - 1);
-    s.ScanPrevElement = static_cast<int32_t>(e - 1);
-    s.ScanPrevStart = static_cast<int32_t>(prev * 2);
-    s.ScanPrevLength = static_cast<int32_t>((start - m - prev) * 2);
-  }
-  s.ScanAtEnd = e == count;
-}
-
-// The forward loop from the cached element towards `target`, taken in runs.
-// The cache must not be at the end.
-template <class Text>
-void Advance(Text& t, const String& Delimiter, int32_t target, bool may_index) {
-  ScanCache& s = t.Cache();
-  const int64_t steps = int64_t{target} - s.ScanElement;
-  if (!t.UnitMode(Delimiter) || (steps <= kShortWalk && !t.Contiguous())) {
-    return AdvanceLiteral(t, Delimiter, target);
-  }
-  const UnitDelimiter d(Delimiter.view());
-  MatchIndex* index = ReadyIndex(t, Delimiter);
-  if (index == nullptr && may_index && steps > kShortWalk) {
-    // A far step backwards: first lay checkpoints over the whole text, so
-    // that later ones (a binary search's probes) cost a chunk each.
-    index = FreshIndex(t, Delimiter);
-    SkipDelimiters(t.Units(), 0, INT64_MAX, d, index);
-  }
-  if (index != nullptr && steps > kShortWalk) {
-    return JumpTo(s, t.Units(), d, *index, target);
-  }
-
-  const std::u16string_view text = t.Units();
-  const size_t m = d.size();
-  const size_t from =
-      s.ScanElement > 0 ? (size_t{0} + s.ScanStart + s.ScanLength) / 2 + m : size_t{0};
-  // A full pass from the first element lays checkpoints on the way.
-  MatchIndex* record =
-      s.ScanElement == 0 && target == kScanToEnd ? FreshIndex(t, Delimiter) : nullptr;
-  // The last three matches of the walk, newest first: r1, r2, r3.
-  size_t r1 = kNoMatch, r2 = kNoMatch, r3 = kNoMatch;
-  int64_t found = 0;
-  if (steps == 1) {
-    r1 = FindDelimiter(text, from, d);
-    found = r1 == kNoMatch ? 0 : 1;
-  } else {
-    const SkipResult run = SkipDelimiters(text, from, steps - 1, d, record);
-    found = run.found;
-    r1 = run.last;
-    r2 = run.before_last;
-    if (found == steps - 1) {
-      const size_t next = FindDelimiter(text, found > 0 ? r1 + m : from, d);
-      if (next != kNoMatch) {
-        r3 = r2;
-        r2 = r1;
-        r1 = next;
-        found = steps;
-      }
-    }
-  }
-  if (record != nullptr && record->matches() < 0) t.IndexSlot().index.reset();
-
-  // Element e + j starts at `from` for j = 1, else right behind match j - 1.
-  auto after = [&](size_t r) { return r == kNoMatch ? from : r + m; };
-  const int32_t e = s.ScanElement;
-  if (found == steps) {
-    // Every match was there: the target element ends at r1.
-    const size_t start = after(r2);
-    if (steps >= 2) {
-      const size_t prev = after(r3);
-      s.ScanPrevElement = static_cast<int32_t>(e + steps - 1);
-      s.ScanPrevStart = static_cast<int32_t>(prev * 2);
-      s.ScanPrevLength = static_cast<int32_t>((r2 - prev) * 2);
-    } else {
-      s.ScanPrevElement = s.ScanElement;
-      s.ScanPrevStart = s.ScanStart;
-      s.ScanPrevLength = s.ScanLength;
-    }
-    s.ScanElement = target;
-    s.ScanStart = static_cast<int32_t>(start * 2);
-    s.ScanLength = static_cast<int32_t>((r1 - start) * 2);
-    return;
-  }
-  // The end came first: the text after the last match is the last element.
-  const size_t start = after(r1);
-  if (found >= 1) {
-    const size_t prev = after(r2);
-    s.ScanPrevElement = static_cast<int32_t>(e + found);
-    s.ScanPrevStart = static_cast<int32_t>(prev * 2);
-    s.ScanPrevLength = static_cast<int32_t>((r1 - prev) * 2);
-  } else {
-    s.ScanPrevElement = s.ScanElement;
-    s.ScanPrevStart = s.ScanStart;
-    s.ScanPrevLength = s.ScanLength;
-  }
-  s.ScanElement = static_cast<int32_t>(e + found + 1);
-  s.ScanStart = static_cast<int32_t>(start * 2);
-  s.ScanLength = static_cast<int32_t>((text.size() - start) * 2);
-  s.ScanAtEnd = true;
-}
-
-}  // namespace element
-
 // Element `Position` of the text: its start and length in bytes and whether
 // it exists. Position 0 answers (0, 0, found) untouched; a negative Position
 // asks for the last element. An empty delimiter raises 5.
@@ -284,7 +81,7 @@ ScanAnswer Scan(Text& t, const String& Delimiter, int32_t Position) {
     s.ScanDelimiter = Delimiter;
     t.ResetScan();
     // Matches collected ahead belong to the old delimiter.
-    if (t.IndexSlot().ahead) t.IndexSlot().ahead->count = 0;
+    t.IndexSlot().ForgetAhead();
   }
   if (Position == 0) return {0, 0, true};
   if (Position == s.ScanElement) return {s.ScanStart, s.ScanLength, true};
@@ -414,130 +211,6 @@ bool SameElement(Text& t, const String& candidate, const String& FindValue, int3
   return StrComp(StrConvUnicode(candidate).view(), StrConvUnicode(FindValue).view(),
                  kTextCompare) == 0;
 }
-
-namespace element {
-
-// LocateElement's test of one element, on code units read in place: the
-// candidate narrowed by the match type and compared in the mode given, or
-// the search of a substring match (FindB's rules: an empty element holds
-// nothing, an empty value is in every other element; text mode compares
-// case-folded code units).
-class ElementMatch {
- public:
-  ElementMatch(std::u16string_view find, int32_t match_type, bool text_mode)
-      : find_(find), type_(match_type), text_(text_mode) {}
-
-  bool operator()(std::u16string_view element) const {
-    const size_t n = find_.size();
-    switch (type_) {
-      case vxExactMatch:
-        return Same(element);
-      case vxFirstCharMatch:
-        return Same(element.size() < n ? std::u16string_view() : element.substr(0, n));
-      case vxLastCharMatch:
-        return element.size() >= n && Same(element.substr(element.size() - n));
-      default:
-        return element.size() >= n && !element.empty() && (n == 0 || Contains(element));
-    }
-  }
-
- private:
-  bool Same(std::u16string_view candidate) const {
-    if (!text_) return candidate == find_;
-    return platform::TextCompare(candidate, find_) == 0;
-  }
-  bool Contains(std::u16string_view element) const {
-    if (!text_) return element.find(find_) != std::u16string_view::npos;
-    for (size_t r = 0; r + find_.size() <= element.size(); ++r) {
-      size_t k = 0;
-      while (k < find_.size() &&
-             platform::FoldCase(element[r + k]) == platform::FoldCase(find_[k])) {
-        ++k;
-      }
-      if (k == find_.size()) return true;
-    }
-    return false;
-  }
-
-  std::u16string_view find_;
-  int32_t type_;
-  bool text_;
-};
-
-// LocateElement's walk on from the cached element, which was tested and is
-// not the last: the following elements are taken from batches of delimiter
-// positions and tested in place. The cache ends where the one-step walk
-// leaves it: at the element that matched, or at the last element.
-template <class Text>
-int32_t LocateOnwards(Text& t, const String& Delimiter, const ElementMatch& match) {
-  ScanCache& s = t.Cache();
-  const std::u16string_view text = t.Units();
-  const UnitDelimiter d(Delimiter.view());
-  const size_t m = d.size();
-  size_t prev_start = static_cast<size_t>(s.ScanStart) / 2;
-  size_t prev_length = static_cast<size_t>(s.ScanLength) / 2;
-  size_t start = prev_start + prev_length + m;  // of element e + 1
-  int32_t e = s.ScanElement;
-  auto settle = [&](size_t length, bool at_end) {
-    s.ScanPrevElement = e - 1;
-    s.ScanPrevStart = static_cast<int32_t>(prev_start * 2);
-    s.ScanPrevLength = static_cast<int32_t>(prev_length * 2);
-    s.ScanElement = e;
-    s.ScanStart = static_cast<int32_t>(start * 2);
-    s.ScanLength = static_cast<int32_t>(length * 2);
-    s.ScanAtEnd = at_end;
-  };
-  constexpr size_t kBatch = 256;
-  size_t ends[kBatch];
-  for (;;) {
-    const size_t k = CollectMatches(text, start, d, ends, kBatch);
-    for (size_t j = 0; j < k; ++j) {
-      ++e;
-      const size_t length = ends[j] - start;
-      if (match(text.substr(start, length))) {
-        settle(length, false);
-        return e;
-      }
-      prev_start = start;
-      prev_length = length;
-      start = ends[j] + m;
-    }
-    if (k == 0) break;
-  }
-  ++e;  // the last element: the rest of the text
-  settle(text.size() - start, true);
-  return match(text.substr(start)) ? e : 0;
-}
-
-// LocateOnwards in binary mode for a delimiter whose occurrences cannot
-// overlap: the places where a matching element can only be are searched
-// for (LocateAnchored) instead of every element being looked at. The cache
-// ends as the one-step walk leaves it.
-template <class Text>
-int32_t LocateSearching(Text& t, const UnitDelimiter& d, std::u16string_view find,
-                        int32_t MatchType) {
-  ScanCache& s = t.Cache();
-  const std::u16string_view text = t.Units();
-  const size_t from = (static_cast<size_t>(s.ScanStart) + s.ScanLength) / 2 + d.size();
-  const AnchoredHit hit = LocateAnchored(text, from, d, find, MatchType);
-  const int32_t e = static_cast<int32_t>(s.ScanElement + 1 + hit.skipped);
-  if (hit.prev_start != kNoMatch) {
-    s.ScanPrevElement = e - 1;
-    s.ScanPrevStart = static_cast<int32_t>(hit.prev_start * 2);
-    s.ScanPrevLength = static_cast<int32_t>((hit.start - d.size() - hit.prev_start) * 2);
-  } else {
-    s.ScanPrevElement = s.ScanElement;
-    s.ScanPrevStart = s.ScanStart;
-    s.ScanPrevLength = s.ScanLength;
-  }
-  s.ScanElement = e;
-  s.ScanStart = static_cast<int32_t>(hit.start * 2);
-  s.ScanLength = static_cast<int32_t>((hit.end - hit.start) * 2);
-  s.ScanAtEnd = hit.last;
-  return hit.found ? e : 0;
-}
-
-}  // namespace element
 
 template <class Text>
 int32_t LocateElement(Text& t, const String& FindValue, const String& Delimiter, int32_t Position,

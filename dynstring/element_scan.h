@@ -4,10 +4,11 @@
 // A dynamic string array splits its text at a delimiter matched exactly,
 // left to right, never overlapping: after a match the search resumes behind
 // it. These routines find one match, skip a number of matches (counting them
-// at memory speed for the common delimiters), collect matches in batches
-// for walks that visit every element, and keep an optional index of
-// checkpoints so that the k-th match can be found again without rescanning
-// from the start.
+// at memory speed for the common delimiters), hand out the elements one by
+// one from matches collected in batches (ElementCursor, for every walk that
+// visits each element), and keep an optional index of checkpoints so that
+// the k-th match can be found again without rescanning from the start. The
+// loops over code units are the kernels of element_kernels.h.
 //
 //   UnitDelimiter d(u"||");                      d.overlapping() == true
 //   FindDelimiter(u"a|||b", 0, d)             == 1
@@ -58,11 +59,91 @@ size_t FindDelimiter(std::u16string_view text, size_t from, const UnitDelimiter&
 
 // Up to `cap` successive matches from `from` (a position where the search
 // may start), left to right and never overlapping, written to `out` in
-// order; returns how many, 0 only when there are none. Walks that look at
-// every element take their boundaries in such batches, asking again from
-// behind the last match until the answer is 0.
+// order; returns how many, fewer than `cap` only when no more follow.
 size_t CollectMatches(std::u16string_view text, size_t from, const UnitDelimiter& d, size_t* out,
                       size_t cap);
+
+// Successive matches from a position on, collected in batches that grow
+// while the stream is read, so a lone read costs little more than its own
+// search and a long one little more than the batches. The text is passed
+// to every read: it may have moved in memory in between, never changed.
+class MatchStream {
+ public:
+  static constexpr size_t kFirstBatch = 4;
+  static constexpr size_t kMaxBatch = 64;
+
+  // The next read starts its search at `from`.
+  void Restart(size_t from) {
+    from_ = from;
+    next_ = count_ = batch_ = 0;
+  }
+  // Where the search goes on: behind the last match read.
+  size_t from() const { return from_; }
+  // The next match, or kNoMatch once there are none.
+  size_t Next(std::u16string_view text, const UnitDelimiter& d) {
+    if (next_ == count_) {
+      if (count_ < batch_) return kNoMatch;  // a short batch was the last
+      batch_ = batch_ == 0 ? kFirstBatch : std::min(batch_ * 2, kMaxBatch);
+      count_ = CollectMatches(text, from_, d, match_, batch_);
+      next_ = 0;
+      if (count_ == 0) return kNoMatch;
+    }
+    const size_t r = match_[next_++];
+    from_ = r + d.size();
+    return r;
+  }
+
+ private:
+  size_t match_[kMaxBatch];
+  size_t from_ = 0;
+  size_t next_ = 0;
+  size_t count_ = 0;
+  size_t batch_ = 0;  // the size of the last batch, 0 before the first
+};
+
+// The elements of `text` one at a time, from the one that starts at `from`
+// (the text's start or just behind a match) to the last, which ends at the
+// text's end. Every walk that looks at each element takes them from here.
+//   ElementCursor c(u"a|bc", UnitDelimiter(u"|"));
+//   c.element() == u"a", c.last() == false
+//   c.Next() == true, c.element() == u"bc", c.last() == true
+//   c.Next() == false
+class ElementCursor {
+ public:
+  ElementCursor(std::u16string_view text, const UnitDelimiter& d, size_t from = 0)
+      : text_(text), d_(d), start_(from) {
+    matches_.Restart(from);
+    FindEnd();
+  }
+
+  // The element is [start, end); a match or the text's end follows it.
+  size_t start() const { return start_; }
+  size_t end() const { return end_; }
+  bool last() const { return last_; }
+  std::u16string_view element() const { return text_.substr(start_, end_ - start_); }
+
+  // Moves on to the next element; false, staying put, on the last.
+  bool Next() {
+    if (last_) return false;
+    start_ = end_ + d_.size();
+    FindEnd();
+    return true;
+  }
+
+ private:
+  void FindEnd() {
+    const size_t r = matches_.Next(text_, d_);
+    last_ = r == kNoMatch;
+    end_ = last_ ? text_.size() : r;
+  }
+
+  std::u16string_view text_;
+  UnitDelimiter d_;
+  MatchStream matches_;
+  size_t start_;
+  size_t end_ = 0;
+  bool last_ = false;
+};
 
 // `text` with every match of `d` (left to right, never overlapping)
 // replaced by `replacement`: what ChangeAll makes of a whole text, since it
@@ -75,16 +156,10 @@ std::u16string ReplaceMatches(std::u16string_view text, const UnitDelimiter& d,
 // ("" gives one empty element; callers for which it has none check first).
 template <class Add>
 void ForEachElement(std::u16string_view text, const UnitDelimiter& d, Add&& add) {
-  constexpr size_t kBatch = 256;
-  size_t ends[kBatch];
-  size_t start = 0;
-  for (size_t k; (k = CollectMatches(text, start, d, ends, kBatch)) != 0;) {
-    for (size_t j = 0; j < k; ++j) {
-      add(text.substr(start, ends[j] - start));
-      start = ends[j] + d.size();
-    }
-  }
-  add(text.substr(start));
+  ElementCursor c(text, d);
+  do {
+    add(c.element());
+  } while (c.Next());
 }
 
 // Where LocateElement's search ends, for LocateAnchored.
@@ -111,36 +186,24 @@ struct AnchoredHit {
 AnchoredHit LocateAnchored(std::u16string_view text, size_t from, const UnitDelimiter& d,
                            std::u16string_view find, int32_t match_type);
 
-// The matches a walk by single elements will meet next, collected in
-// batches: match[next] is the first match at or after `from` and the others
-// follow in order, up to count. A step whose search starts at `from` takes
-// it instead of searching. The batches grow while the walk goes on, so a
-// lone step costs little more than its own search.
+// The matches a walk by single elements will meet next. A step whose
+// search starts where the previous step's match ended reads on in the
+// stream instead of searching; any other step starts the stream again.
 struct MatchesAhead {
-  static constexpr size_t kMaxBatch = 64;
-  size_t match[kMaxBatch];
-  size_t next = 0;
-  size_t count = 0;
-  size_t from = 0;
-  size_t batch = 0;  // the size of the next batch
+  MatchStream stream;
+  bool live = false;
 
   // The next match at or after `at` (a position the search may start at),
   // or kNoMatch.
   size_t Next(std::u16string_view text, size_t at, const UnitDelimiter& d) {
-    if (next < count && from == at) {
-      const size_t r = match[next++];
-      from = r + d.size();
-      return r;
+    if (!live || stream.from() != at) {
+      stream.Restart(at);
+      live = true;
     }
-    // A walk that used up its batch continues with a larger one.
-    batch = count > 0 && next == count && from == at ? std::min(batch * 2, kMaxBatch) : 4;
-    count = CollectMatches(text, at, d, match, batch);
-    next = 0;
-    if (count == 0) return kNoMatch;
-    from = match[0] + d.size();
-    next = 1;
-    return match[0];
+    return stream.Next(text, d);
   }
+  // For a changed text or another delimiter.
+  void Forget() { live = false; }
 };
 
 // Checkpoints over one text and one delimiter: for every block of kChunk

@@ -345,16 +345,7 @@ std::vector<std::u16string_view> Split(std::u16string_view text, const UnitDelim
   std::vector<std::u16string_view> out;
   if (text.empty()) return out;
   out.reserve(count_hint);
-  constexpr size_t kBatch = 256;
-  size_t ends[kBatch];
-  size_t start = 0;
-  for (size_t k; (k = CollectMatches(text, start, d, ends, kBatch)) != 0;) {
-    for (size_t j = 0; j < k; ++j) {
-      out.push_back(text.substr(start, ends[j] - start));
-      start = ends[j] + d.size();
-    }
-  }
-  out.push_back(text.substr(start));
+  ForEachElement(text, d, [&](std::u16string_view element) { out.push_back(element); });
   return out;
 }
 

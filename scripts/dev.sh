@@ -49,6 +49,12 @@ case "${1:-}" in
     install_missing
     build build
     ctest --test-dir build --output-on-failure -j "$JOBS"
+    # The scan and element tests once more on each scan kernel by name, so the
+    # plain loops are tested on their own and not only as the vector tails.
+    for kernel in scalar sse2; do
+      CRVLIB_KERNEL=$kernel ctest --test-dir build --output-on-failure -j "$JOBS" \
+        -R '^(Element|FunctionsElements|DynamicString|Field)'
+    done
     ;;
   sanitize)
     install_missing

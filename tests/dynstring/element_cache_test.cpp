@@ -382,5 +382,44 @@ TEST(ElementCache, SecondEditAtTheCachedStartForgetsThePreviousElement) {
   }
 }
 
+TEST(ElementCache, WhatTheScanKnewGoesWithTheDelimiterOrTheText) {
+  // Each row leaves a reused object in a state a fresh one never has, then
+  // asks one question.
+  struct Case {
+    const char* name;
+    std::function<void(D&)> steps;
+    const char16_t* delimiter;
+    int32_t position;
+    const char16_t* want;
+  };
+  const Case kCases[] = {
+      // The walk at "X" collected the matches at 4 and 7 ahead; the walk at
+      // "cX" reaches the same place behind its only match.
+      {"another delimiter, matches collected ahead",
+       [](D& d) {
+         d.SetValue(u"aXbcXdeXf");
+         d.ExtractElement(u"X", 1);
+         d.ExtractElement(u"X", 2);
+         d.ExtractElement(u"cX", 1);
+       },
+       u"cX", 2, u"deXf"},
+      // ChangeAll forgets the cache even when it changes nothing, so -1
+      // scans again for the last element instead of answering the end.
+      {"ChangeAll with nothing to change, after a count",
+       [](D& d) {
+         d.SetValue(u"a|b");
+         d.CountElements(u"|");
+         d.ChangeAll(u"q", u"r");
+       },
+       u"|", -1, u"b"},
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(c.name);
+    D d;
+    c.steps(d);
+    EXPECT_EQ(d.ExtractElement(c.delimiter, c.position).Value(), String(c.want));
+  }
+}
+
 }  // namespace
 }  // namespace crvlib

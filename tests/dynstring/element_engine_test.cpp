@@ -76,6 +76,37 @@ TEST(ElementScan, SkipAndIndexAgreeWithAGreedySearch) {
   }
 }
 
+TEST(ElementScan, CursorMeetsEveryElementAcrossBatches) {
+  // Match counts on either side of where the growing batches end (4, 12,
+  // 28, 60, 124, then every 64), from the text's start and from behind a
+  // match, for a delimiter counted by bitmask and one found match by match.
+  const size_t kCounts[] = {0, 1, 3, 4, 5, 11, 12, 13, 59, 60, 61, 124, 125, 188, 189, 300};
+  for (std::u16string_view dv : {u"|", u"||"}) {
+    for (size_t n : kCounts) {
+      std::u16string text = u"x";
+      for (size_t i = 0; i < n; ++i) text += std::u16string(dv) + u"ab"[i % 2];
+      const std::vector<size_t> matches = GreedyMatches(text, dv);
+      ASSERT_EQ(matches.size(), n);
+      for (size_t skip : {size_t{0}, size_t{2}}) {
+        if (skip > n) continue;
+        SCOPED_TRACE(::testing::Message() << n << " matches, from behind " << skip);
+        size_t start = skip == 0 ? 0 : matches[skip - 1] + dv.size();
+        internal::ElementCursor c(text, UnitDelimiter(dv), start);
+        for (size_t k = skip;; ++k) {
+          const bool last = k == n;
+          ASSERT_EQ(c.start(), start);
+          ASSERT_EQ(c.end(), last ? text.size() : matches[k]);
+          ASSERT_EQ(c.last(), last);
+          ASSERT_EQ(c.Next(), !last);
+          if (last) break;
+          start = matches[k] + dv.size();
+        }
+        EXPECT_EQ(c.start(), start);  // the last element stays
+      }
+    }
+  }
+}
+
 // The literal host: the same object, but every scan step is one byte-wise
 // search, as the unaccelerated loop does it, and every candidate is read
 // out as a string.
@@ -152,6 +183,57 @@ TEST(ElementScan, FastScanLeavesTheCacheOfTheLiteralLoop) {
       });
       ASSERT_EQ(t.fast_obj->Value(), t.slow_obj->Value());
       ASSERT_EQ(t.fast_obj->scan(), t.slow_obj->scan());
+    }
+  }
+}
+
+TEST(ElementScan, ElementBeforeAFarTargetAcrossAChunkBoundary) {
+  // The element before the target ends with the first match of a chunk of
+  // checkpoints (2048 units), the one before that in an earlier chunk: the
+  // count of a run of matches has to look back for it. Targets on either
+  // side of the boundary, reached by a walk from the start, from a cached
+  // element, and by a jump over checkpoints laid by a count.
+  struct Layout {
+    const char* name;
+    std::u16string text;
+    const char16_t* delimiter;
+  };
+  auto repeat = [](std::u16string_view piece, size_t n) {
+    std::u16string s;
+    for (size_t i = 0; i < n; ++i) s += piece;
+    return s;
+  };
+  const Layout kLayouts[] = {
+      // Matches at 2 + 3k: the 683rd at 2048 opens the second chunk.
+      {"dense", repeat(u"ab|", 1400), u"|"},
+      {"dense, two units", u"a" + repeat(u"b<>", 1400), u"<>"},
+      // An element of 3000 units spans the whole second chunk.
+      {"a chunk without matches", repeat(u"ab|", 600) + repeat(u"x", 3000) + repeat(u"|ab", 40),
+       u"|"},
+  };
+  for (const Layout& l : kLayouts) {
+    const std::vector<size_t> matches = GreedyMatches(l.text, l.delimiter);
+    // The first match at or after each chunk boundary, as element numbers.
+    std::vector<int32_t> targets;
+    for (size_t k = 1; k < matches.size(); ++k) {
+      if (matches[k] / 2048 != matches[k - 1] / 2048) {
+        for (int32_t t : {-1, 0, 1, 2}) targets.push_back(int32_t(k) + 1 + t);
+      }
+    }
+    ASSERT_FALSE(targets.empty());
+    for (int32_t target : targets) {
+      for (int way = 0; way < 3; ++way) {
+        SCOPED_TRACE(::testing::Message() << l.name << " target " << target << " way " << way);
+        Twins t{Holding(l.text), Holding(l.text)};
+        t.OnBoth([&](auto& h) {
+          if (way == 1) internal::Scan(h, l.delimiter, target - 20);
+          if (way == 2) internal::CountElements(h, l.delimiter);
+          return internal::Scan(h, l.delimiter, target).Start;
+        });
+        ASSERT_EQ(t.fast_obj->scan(), t.slow_obj->scan());
+        // And the element before, straight from the cache.
+        t.OnBoth([&](auto& h) { return internal::Scan(h, l.delimiter, target - 1).Length; });
+      }
     }
   }
 }
@@ -422,6 +504,22 @@ TEST(ElementSort, LargeMixedNumericSortsReplayTheLiteralProbes) {
     }
     ExpectNaiveSort(array, u"|", {round % 2, 1, 1});
   }
+}
+
+TEST(ElementSort, ZerosOfEitherSignAreEqualNumbers) {
+  // Right justified, -0 and 0 tie as numbers and the text decides. "-0"
+  // reads as 0; a negative number too small for a double reads as -0. Only
+  // text that sorts a 0 before the -0 ("+", "(" come before "-") shows a
+  // sort key that tells the two zeros apart.
+  const std::u16string_view kArrays[] = {u"-1E-330|+0|0", u"0|-1E-330|+0", u"(0)|-4.9E-325|0|-0",
+                                         u"+0|-1E-330|1|-1|0.0", u"-1E-330|-1E-330|+0"};
+  for (std::u16string_view array : kArrays) {
+    for (const SortCase& m : {SortCase{0, 1, 1}, SortCase{1, 1, 1}, SortCase{0, 1, 0}}) {
+      ExpectNaiveSort(std::u16string(array), u"|", m);
+    }
+  }
+  EXPECT_EQ(Functions::SortElements(u"-1E-330|+0|0", u"|", vxAscending, vxRightJustify),
+            u"+0|-1E-330|0");
 }
 
 TEST(ElementSort, InsertSortedMatchesTheLiteralBinarySearch) {

@@ -100,6 +100,7 @@ int32_t NaiveInsertSorted(std::u16string& text, std::u16string_view delim,
     text = InsertAt(text, delim, n + 1, value);
     return n + 1;
   }
+  // The engine's step-limited search, restated (see the header).
   int32_t lo = 1, hi = n, steps = 1, mid = 0;
   while (hi >= lo) {
     mid = (lo + hi) / 2;

@@ -25,6 +25,11 @@ int32_t NaiveLocate(std::u16string_view text, std::u16string_view delim, std::u1
                     int32_t position, int32_t match_type, int32_t case_type);
 
 // InsertElementSorted on a string: returns the position, updates `text`.
+// Shared with the engine, so not checked by this twin: the step-limited
+// binary search (it gives up after n probes and the last comparison picks
+// the side) is the engine's rule restated, not derived anew, and element
+// comparison is the library's own CompareElementValues. What the twin does
+// check is everything around them: re-splitting, placement and insertion.
 int32_t NaiveInsertSorted(std::u16string& text, std::u16string_view delim,
                           std::u16string_view value, int32_t order, int32_t justification,
                           int32_t case_type, int32_t allow_duplicates);

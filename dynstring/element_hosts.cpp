@@ -1,7 +1,8 @@
 // PlainText: the element engine's host for a caller's string. Reads go to the
 // caller's string; the first edit copies it, laying the edit in on the way,
-// so an insertion costs one pass over the text.
-#include "dynstring/element_text.h"
+// so an insertion costs one pass over the text. ChangeAllOfFresh likewise
+// writes its result once, at its final size.
+#include "dynstring/element_hosts.h"
 
 #include "core/checked.h"
 #include "core/error_frame.h"
@@ -85,12 +86,23 @@ void PlainText::Edit(std::u16string_view a, std::u16string_view b, bool two, boo
   }
   // The cache follows the edits one at a time, as the object's would.
   const int32_t after_a = CheckedLong(int64_t{LengthB()} - 2 * int64_t(b.size()));
-  AdjustScanForEdit(cache_, Start, after_a);
+  cache_.AdjustForEdit(Start, after_a);
   if (two) {
-    AdjustScanForEdit(cache_, b_first ? Start : Start + static_cast<int32_t>(a.size() * 2),
-                      LengthB());
+    cache_.AdjustForEdit(b_first ? Start : Start + static_cast<int32_t>(a.size() * 2), LengthB());
   }
   index_.Forget();
+}
+
+bool ChangeAllOfFresh(const String& value, const String& OldValue, const String& NewValue,
+                      String* out) {
+  if (OldValue.LenB() == 0 || value.odd() || OldValue.odd() || NewValue.odd()) return false;
+  // No more matches than OldValue fits in the text, each growing it by the
+  // difference at most.
+  const int64_t most = int64_t{value.LenB()} + int64_t{value.LenB()} / OldValue.LenB() *
+                                                   std::max(0, NewValue.LenB() - OldValue.LenB());
+  if (most > String::kMaxBytes) return false;
+  *out = String(ReplaceMatches(value.view(), UnitDelimiter(OldValue.view()), NewValue.view()));
+  return true;
 }
 
 }  // namespace crvlib::internal

@@ -1,7 +1,7 @@
-// The two hosts the element engine runs on. Both offer the same small set of
-// operations: the text's byte length and its code units, the scan cache and
-// its checkpoints, reads, edits with the edit rule of the scan cache, and
-// the literal byte-wise search.
+// The two hosts the element engine runs on, and ChangeAll of a fresh
+// object's whole text, the one edit of a caller's string made outside them. Both offer the same
+// small set of operations: the text's byte length and its code units, the scan cache and its
+// checkpoints, reads, edits with the edit rule of the scan cache, and the literal byte-wise search.
 //
 // ObjectText is a DynamicString view: every edit goes through the object's
 // members and notifies the family. PlainText is a fresh state over a caller's
@@ -9,8 +9,8 @@
 // in place and copies it only when an edit comes. It never enters byte mode,
 // so it only takes strings of whole code units; callers with an odd byte
 // length use a real object.
-#ifndef CRVLIB_DYNSTRING_ELEMENT_TEXT_H_
-#define CRVLIB_DYNSTRING_ELEMENT_TEXT_H_
+#ifndef CRVLIB_DYNSTRING_ELEMENT_HOSTS_H_
+#define CRVLIB_DYNSTRING_ELEMENT_HOSTS_H_
 
 #include <algorithm>
 #include <cstdint>
@@ -118,7 +118,7 @@ class ObjectText {
 class PlainText {
  public:
   // `value` must outlive this object and have an even byte length.
-  explicit PlainText(const String& value) : source_(&value) { ResetScanCache(cache_, LengthB()); }
+  explicit PlainText(const String& value) : source_(&value) { cache_.Reset(LengthB()); }
   // A host whose edits go straight into `*value` (even byte length), for a
   // routine that hands its result back in the caller's string: one edit
   // moves the text behind it once, in the string's own storage when it has
@@ -132,7 +132,7 @@ class PlainText {
   int32_t LengthB() const { return static_cast<int32_t>(Units().size() * 2); }
   bool Binary() const { return false; }
   ScanCache& Cache() { return cache_; }
-  void ResetScan() { ResetScanCache(cache_, LengthB()); }
+  void ResetScan() { cache_.Reset(LengthB()); }
   ScanIndexSlot& IndexSlot() { return index_; }
   bool UnitMode(const String&) const { return true; }
   bool Contiguous() const { return true; }
@@ -199,6 +199,16 @@ class PlainText {
   ScanIndexSlot index_;
 };
 
+// ChangeAll(OldValue, NewValue, vxCaseSensitive) on a fresh object holding
+// `value`, in one pass over code units into a result of its final size:
+// true with the result in *out, or false, with nothing done, when only the
+// object gives the literal result: an empty OldValue (ChangeAll raises 5),
+// an odd byte length (byte mode), or a result that might pass the string
+// limit (ChangeAll raises 6 partway).
+//   ChangeAllOfFresh(u"a|b", u"|", u";;", &out) == true, out == u"a;;b"
+bool ChangeAllOfFresh(const String& value, const String& OldValue, const String& NewValue,
+                      String* out);
+
 }  // namespace crvlib::internal
 
-#endif  // CRVLIB_DYNSTRING_ELEMENT_TEXT_H_
+#endif  // CRVLIB_DYNSTRING_ELEMENT_HOSTS_H_
