@@ -51,6 +51,9 @@ TEST_F(NumberTest, StringToDouble) {
       {"win", u"0x0", k13, 0},
 
       {"hand", u" ($1,234.50) ", kOk, -1234.5},
+      {"hand", u"(5", k13, 0},  // parentheses come in pairs
+      {"hand", u"5)", k13, 0},
+      {"hand", u"((5))", k13, 0},
       {"hand", u"5-", kOk, -5},
       {"hand", u"-5-", k13, 0},
       {"hand", u"1,2,3", kOk, 123},
