@@ -1,7 +1,8 @@
 // Constants: the delimiter marks of dynamic string arrays, each a one-
 // character string made from its code through the code page (Chr$).
 //
-//   Constants::vxRM() == u"\u00FF"     Constants::vxVBAR() == u"|"
+//   Constants::vxRM() == u"\u00FF"
+//   Constants::vxVBAR() == u"|"
 #ifndef CRVLIB_CONSTANTS_H_
 #define CRVLIB_CONSTANTS_H_
 

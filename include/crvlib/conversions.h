@@ -12,10 +12,10 @@
 // of Alpha, AlphaPlus, Num, NumPlus and NonNum "CRVLIB.Conversions::<Routine>".
 // Both spellings are part of the interface.
 //
-//   Convert(u"0", u"D")                == u"31 Dec 1967"
-//   Convert(u"12/31/1967", u"D", true) == u"0"
-//   Convert(u"90000", u"MTS")          == u"25:00:00"
-//   Convert(u"123456", u"MD2,$")       == u"$1,234.56"
+//   Conversions::Convert(u"0", u"D")                == u"31 Dec 1967"
+//   Conversions::Convert(u"12/31/1967", u"D", true) == u"0"
+//   Conversions::Convert(u"90000", u"MTS")          == u"25:00:00"
+//   Conversions::Convert(u"123456", u"MD2,$")       == u"$1,234.56"
 #ifndef CRVLIB_CONVERSIONS_H_
 #define CRVLIB_CONVERSIONS_H_
 
@@ -40,35 +40,38 @@ class CRVLIB_EXPORT Conversions {
   static String BooleanOut(const Variant& Bool, String& OutputFormat);
   static String BooleanOut(const Variant& Bool);
   // The text without anything but digits, ",", "-" and ".", as Currency.
-  //   CurrencyIn(u"$1,234.56") holds Currency 1234.56
+  //   Conversions::CurrencyIn(u"$1,234.56") == Variant(Currency::FromScaled(12345600))
   static Variant CurrencyIn(const String& Value);
   // The Out routines format a Variant of their own type (Currency, Date,
   // Date) with the Format language; any other type is 13.
-  //   CurrencyOut(Currency -1234.5) == u"($1,234.50)"
+  //   Conversions::CurrencyOut(Currency::FromScaled(-12345000)) == u"($1,234.50)"
   static String CurrencyOut(const Variant& CurrencyValue,
                             const String& OutputFormat = u"$#,##0.00;($#,##0.00)");
-  // The date part of the text; "." may stand for "/":
-  //   DateIn(u"12.31.2004") == DateIn(u"12/31/2004")
+  // The date part of the text; "." may stand for "/".
+  //   Conversions::DateIn(u"12.31.2004") == Variant(Date{38352})
+  //   Conversions::DateIn(u"12/31/2004 18:00") == Variant(Date{38352})
   static Variant DateIn(const String& Value);
   static String DateOut(const Variant& DateValue, const String& OutputFormat = u"ddddd");
-  // The time part of the text: TimeIn(u"6:00 PM") holds Date 0.75.
+  // The time part of the text.
+  //   Conversions::TimeIn(u"6:00 PM") == Variant(Date{0.75})
   static Variant TimeIn(const String& Value);
   static String TimeOut(const Variant& TimeValue, const String& OutputFormat = u"ttttt");
-  //   PercentIn(u"12.5") == 0.125
+  //   Conversions::PercentIn(u"12.5") == Currency::FromScaled(1250)   // 0.125
   static Currency PercentIn(const String& Value);
-  //   PercentOut(0.125) == u"12.50%"
+  //   Conversions::PercentOut(Currency::FromScaled(1250)) == u"12.50%"
   static String PercentOut(Currency PercentValue, const String& OutputFormat = u"Percent");
 
   // Keep the ASCII letters; letters and space; digits; digits and , - .;
   // printable ASCII without digits, "-" and ".".
-  //   Alpha(u"a1-B c") == u"aBc"        NumPlus(u"$1,234.50-") == u"1,234.50-"
+  //   Conversions::Alpha(u"a1-B c") == u"aBc"
+  //   Conversions::NumPlus(u"$1,234.50-") == u"1,234.50-"
   static String Alpha(const String& Value);
   static String AlphaPlus(const String& Value);
   static String Num(const String& Value);
   static String NumPlus(const String& Value);
   static String NonNum(const String& Value);
   // Lower case with a capital at the start and after white space only.
-  //   PCase(u"o'neil-smith, jr.") == u"O'neil-smith, Jr."
+  //   Conversions::PCase(u"o'neil-smith, jr.") == u"O'neil-smith, Jr."
   static String PCase(const String& Value);
 };
 

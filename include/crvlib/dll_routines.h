@@ -6,8 +6,10 @@
 // Functions routine of the same job.
 //
 //   String a = u"a|b";
-//   CRVDeleteElement(a, u"|", 1) == -1, a == u"b"
-//   CRVDeleteElement(a, u"|", -2) == 0,  a unchanged
+//   DLLRoutines::CRVDeleteElement(a, u"|", 1) == -1
+//   a == u"b"
+//   DLLRoutines::CRVDeleteElement(a, u"|", -2) == 0
+//   a == u"b"   // unchanged by the failed call
 #ifndef CRVLIB_DLL_ROUTINES_H_
 #define CRVLIB_DLL_ROUTINES_H_
 

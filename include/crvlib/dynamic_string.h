@@ -28,9 +28,12 @@
 //
 //   DynamicString d;
 //   d.SetValue(u"Hello World");
-//   DynamicString w = d.SubString(6, 5);    // w.Value() == u"World"
-//   d.Insert(u"Big ", 6);                   // w.Value() == u"World", w.Start() == 10
-//   d.Find(u"World")                         == 10
+//   DynamicString w = d.SubString(6, 5);
+//   w.Value() == u"World"
+//   d.Insert(u"Big ", 6);
+//   w.Value() == u"World"   // the view moved with the edit
+//   w.Start() == 10
+//   d.Find(u"World") == 10
 #ifndef CRVLIB_DYNAMIC_STRING_H_
 #define CRVLIB_DYNAMIC_STRING_H_
 
@@ -87,7 +90,9 @@ class CRVLIB_EXPORT DynamicString {
   // Start or Length raises error 5, larger ones are clamped. The view shares
   // the text; it follows edits made before it and becomes invalid when an
   // edit cuts into it (an edit touching only its ends does not).
-  //   "Hello World".SubString(6, 5).Value() == u"World"
+  //   DynamicString d;
+  //   d.SetValue(u"Hello World");
+  //   d.SubString(6, 5).Value() == u"World"
   DynamicString SubString(int32_t Start, int32_t Length);
   DynamicString SubStringB(int32_t Start, int32_t Length);
 
@@ -99,8 +104,14 @@ class CRVLIB_EXPORT DynamicString {
   // Edits of the view's text. Insert adds NewValue before Start (clamped to
   // the view), Delete removes up to Length characters (bytes) from Start,
   // Replace does both at once; with its defaults Replace sets the whole value.
-  //   "abc".Insert(u"X", 1) -> "aXbc"     "abc".Delete(1, 99) -> "a"
-  //   "abc".Replace(u"XY", 1, 1) -> "aXYc"
+  //   DynamicString d;
+  //   d.SetValue(u"abc");
+  //   d.Insert(u"X", 1);
+  //   d.Value() == u"aXbc"
+  //   d.Delete(2, 99);
+  //   d.Value() == u"aX"
+  //   d.Replace(u"YZ", 1, 1);
+  //   d.Value() == u"aYZ"
   void Append(const String& NewValue);
   void Prefix(const String& NewValue);
   void Insert(const String& NewValue, int32_t Start = 0);
@@ -115,8 +126,11 @@ class CRVLIB_EXPORT DynamicString {
   // the whole family's text (the root), not from this view, deliberately.
   // vxCaseNotSensitive compares case-folded code units; a CaseType other
   // than the two members raises 5.
-  //   root "abcabc": Find(u"c") == 2, Find(u"c", 3) == 5
-  //   its view SubString(3, 3) ("abc"): Find(u"c") == 5
+  //   DynamicString d;
+  //   d.SetValue(u"abcabc");
+  //   d.Find(u"c") == 2
+  //   d.Find(u"c", 3) == 5
+  //   d.SubString(3, 3).Find(u"c") == 5   // counted from the root
   int32_t Find(const String& FindValue, int32_t Start = 0, int32_t Length = kMaxLength,
                vxCaseEnum CaseType = vxCaseSensitive) const;
   int32_t FindB(const String& FindValue, int32_t Start = 0, int32_t Length = kMaxLengthB,
@@ -140,17 +154,26 @@ class CRVLIB_EXPORT DynamicString {
   // say), -1 answers an empty view at the end, and so does 2147483646, the
   // scan's own target for the last element; every other answer is the one
   // a fresh object holding the same value gives.
-  //   "a|b|c".ExtractElement(u"|", 2).Value() == u"b"
+  //   DynamicString d;
+  //   d.SetValue(u"a|b|c");
+  //   d.ExtractElement(u"|", 2).Value() == u"b"
+  //   d.ExtractElement(u"|", -1).Value() == u"c"
+  //   d.CountElements(u"|") == 3
+  //   d.ExtractElement(u"|", -1).Value() == u""   // the scan knows the end now
   DynamicString ExtractElement(const String& Delimiter, int32_t Position, bool& Eof);
   DynamicString ExtractElement(const String& Delimiter, int32_t Position);
   // Inserts NewValue so that it becomes element Position, padding with empty
   // elements beyond the end. Returns this object.
-  //   "a|b".InsertElement(u"x", u"|", 4) -> "a|b||x"
+  //   DynamicString d;
+  //   d.SetValue(u"a|b");
+  //   d.InsertElement(u"x", u"|", 4).Value() == u"a|b||x"
   DynamicString InsertElement(const String& NewValue, const String& Delimiter,
                               int32_t Position = 0);
   // Inserts NewValue into an ordered array; returns its position, 0 when a
   // duplicate was refused.
-  //   "2|9".InsertElementSorted(u"10", u"|", vxAscending, vxRightJustify) == 3
+  //   DynamicString d;
+  //   d.SetValue(u"2|9");
+  //   d.InsertElementSorted(u"10", u"|", vxAscending, vxRightJustify) == 3
   int32_t InsertElementSorted(const String& NewValue, const String& Delimiter,
                               vxSortOrderEnum SortOrder = vxAscending,
                               vxJustificationEnum Justification = vxLeftJustify,
@@ -171,7 +194,10 @@ class CRVLIB_EXPORT DynamicString {
   // invalid view.
   int32_t MatchElement(const String& Pattern, const String& Delimiter, int32_t Position = 0,
                        vxMatchOptionsEnum RegexOptions = vxNoOptionsSet);
-  //   "".CountElements(u"|") == 0     "a||b".CountElements(u"|") == 3
+  //   DynamicString d;
+  //   d.CountElements(u"|") == 0
+  //   d.SetValue(u"a||b");
+  //   d.CountElements(u"|") == 3
   int32_t CountElements(const String& Delimiter);
   // Sorts the elements (stable; empty elements at the very start vanish).
   // Returns this object.
@@ -184,7 +210,9 @@ class CRVLIB_EXPORT DynamicString {
   // child view the root-relative offsets of Find are applied within the view
   // as they are, deliberately, so only a root (or a view at offset 0) is
   // changed exactly.
-  //   "aaa".ChangeAll("a", "aa") -> "aaaaaa"
+  //   DynamicString d;
+  //   d.SetValue(u"aaa");
+  //   d.ChangeAll(u"a", u"aa").Value() == u"aaaaaa"
   DynamicString ChangeAll(const String& OldValue, const String& NewValue,
                           vxCaseEnum CaseType = vxCaseSensitive);
 

@@ -8,8 +8,9 @@
 // enumeration in declaration order, and CRVLIB_ENUM_<name>(X) calls
 // X(member, value) for its members in order:
 //
-//   #define ROW(member, value) {#member, value},
-//   CRVLIB_ENUM_vxCaseEnum(ROW)   // {"vxCaseNotSensitive", 0}, {"vxCaseSensitive", 1},
+//   #define NAME(member, value) #member,
+//   const char* names[] = {CRVLIB_ENUM_vxCaseEnum(NAME)};
+//   std::string_view(names[1]) == "vxCaseSensitive"
 #ifndef CRVLIB_ENUMS_H_
 #define CRVLIB_ENUMS_H_
 

@@ -5,14 +5,12 @@
 // nothing to export and are not marked; of Date only the two calendar
 // conversions are defined inside the library.
 //
-//   shared library on Windows   __declspec(dllexport) while building it,
-//                               __declspec(dllimport) for its users
-//   shared library elsewhere    default visibility
-//   static library              nothing (CRVLIB_STATIC is defined for the
-//                               library and its users)
-//
-//   class CRVLIB_EXPORT Functions { ... };
-//   CRVLIB_EXPORT std::string ThreadLocale();
+// For a shared library on Windows it is __declspec(dllexport) while building
+// the library and __declspec(dllimport) for its users; for a shared library
+// elsewhere, default visibility; for a static library, nothing (CRVLIB_STATIC
+// is then defined for the library and its users). It stands before a class's
+// name (class CRVLIB_EXPORT Functions) or a function's result type
+// (CRVLIB_EXPORT std::string ThreadLocale()).
 #ifndef CRVLIB_EXPORT_H_
 #define CRVLIB_EXPORT_H_
 

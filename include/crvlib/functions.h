@@ -36,33 +36,35 @@ class CRVLIB_EXPORT Functions {
   // Element `Position`; "" past the end (2147483647 included). -1 is the
   // last element, 0 the whole string (the delimiter is then not looked at);
   // below -1 raises 5.
-  //   ExtractElement(u"a|b|c", u"|", 2)  == u"b"
-  //   ExtractElement(u"a|b|c", u"|", -1) == u"c"
-  //   ExtractElement(u"a|||b", u"||", 2) == u"|b"
+  //   Functions::ExtractElement(u"a|b|c", u"|", 2)  == u"b"
+  //   Functions::ExtractElement(u"a|b|c", u"|", -1) == u"c"
+  //   Functions::ExtractElement(u"a|||b", u"||", 2) == u"|b"
   static String ExtractElement(const String& ArrayValue, const String& Delimiter, int32_t Position);
-  //   CountElements(u"", u"|") == 0    CountElements(u"a|b|", u"|") == 3
+  //   Functions::CountElements(u"", u"|") == 0
+  //   Functions::CountElements(u"a|b|", u"|") == 3
   static int32_t CountElements(const String& ArrayValue, const String& Delimiter);
-  //   CountDelimiters(u"a|b|", u"|") == 2    CountDelimiters(u"", u"|") == 0
+  //   Functions::CountDelimiters(u"a|b|", u"|") == 2
+  //   Functions::CountDelimiters(u"", u"|") == 0
   static int32_t CountDelimiters(const String& ArrayValue, const String& Delimiter);
 
   // --- Editing ---------------------------------------------------------------
 
   // Inserts NewElement so that it becomes element Position; beyond the end
   // the array is padded with empty elements.
-  //   InsertElement(u"a|b|c", u"|", 2, u"x") == u"a|x|b|c"
-  //   InsertElement(u"a|b|c", u"|", 6, u"x") == u"a|b|c|||x"
-  //   InsertElement(u"a|", u"|", 2, u"x")    == u"a|x"   (fills the empty last element)
+  //   Functions::InsertElement(u"a|b|c", u"|", 2, u"x") == u"a|x|b|c"
+  //   Functions::InsertElement(u"a|b|c", u"|", 6, u"x") == u"a|b|c|||x"
+  //   Functions::InsertElement(u"a|", u"|", 2, u"x")    == u"a|x"   // fills the empty last element
   static String InsertElement(const String& ArrayValue, const String& Delimiter, int32_t Position,
                               const String& NewElement);
   // Removes element Position with one delimiter; 0 deletes everything.
-  //   DeleteElement(u"a|b|c", u"|", 2) == u"a|c"
+  //   Functions::DeleteElement(u"a|b|c", u"|", 2) == u"a|c"
   static String DeleteElement(const String& ArrayValue, const String& Delimiter, int32_t Position);
   // Replaces element Position (padding beyond the end); a negative Position
   // raises 5.
-  //   ReplaceElement(u"a|b|c", u"|", 5, u"x") == u"a|b|c||x"
+  //   Functions::ReplaceElement(u"a|b|c", u"|", 5, u"x") == u"a|b|c||x"
   static String ReplaceElement(const String& ArrayValue, const String& Delimiter, int32_t Position,
                                const String& Element);
-  //   ChangeDelimiter(u"a|b|c", u"|", u"||") == u"a||b||c"
+  //   Functions::ChangeDelimiter(u"a|b|c", u"|", u"||") == u"a||b||c"
   static String ChangeDelimiter(const String& ArrayValue, const String& OldDelimiter,
                                 const String& NewDelimiter);
 
@@ -70,7 +72,7 @@ class CRVLIB_EXPORT Functions {
 
   // The first element at or after Position (0 means 1) that equals, begins
   // with, ends with or contains Element; 0 when none.
-  //   LocateElement(u"Apple|Banana", u"Ban", u"|", 1, vxFirstCharMatch) == 2
+  //   Functions::LocateElement(u"Apple|Banana", u"Ban", u"|", 1, vxFirstCharMatch) == 2
   static int32_t LocateElement(const String& ArrayValue, const String& Element,
                                const String& Delimiter, int32_t Position,
                                vxMatchingEnum SearchType = vxExactMatch,
@@ -87,7 +89,9 @@ class CRVLIB_EXPORT Functions {
   // into ArrayValue (also when nothing was inserted). Returns the position
   // given to it, 0 when a duplicate was refused. Equal elements keep their
   // order of arrival.
-  //   s = u"a|c"; InsertSorted(s, u"|", u"b") == 2, s == u"a|b|c"
+  //   String s = u"a|c";
+  //   Functions::InsertSorted(s, u"|", u"b") == 2
+  //   s == u"a|b|c"
   static int32_t InsertSorted(String& ArrayValue, const String& Delimiter, const String& NewElement,
                               vxSortOrderEnum SortOrder = vxAscending,
                               vxJustificationEnum Justification = vxLeftJustify,
@@ -95,8 +99,8 @@ class CRVLIB_EXPORT Functions {
                               vxDuplicatesEnum AllowDuplication = vxAllowDuplicates);
   // The array sorted by inserting its elements one by one (stable). Empty
   // elements at the very start of the input vanish.
-  //   SortElements(u"10|9|100", u"|")                                  == u"10|100|9"
-  //   SortElements(u"10|9|100", u"|", vxAscending, vxRightJustify)     == u"9|10|100"
+  //   Functions::SortElements(u"10|9|100", u"|") == u"10|100|9"
+  //   Functions::SortElements(u"10|9|100", u"|", vxAscending, vxRightJustify) == u"9|10|100"
   static String SortElements(const String& ArrayValue, const String& Delimiter,
                              vxSortOrderEnum SortOrder = vxAscending,
                              vxJustificationEnum Justification = vxLeftJustify,
@@ -126,7 +130,7 @@ class CRVLIB_EXPORT Functions {
   // same character and Value holds it: a caller must not pass two equal codes.
   static String Swap(const String& Value, int16_t OldCharASCII, int16_t NewCharASCII);
   // Count elements from Position, joined by Delimiter.
-  //   Field(u"a|b|c", u"|", 2, 2) == u"b|c"
+  //   Functions::Field(u"a|b|c", u"|", 2, 2) == u"b|c"
   static String Field(const String& Value, const String& Delimiter, int32_t Position,
                       int32_t Count = 1);
   // The next segment of Value from Position, where every character of
@@ -137,7 +141,7 @@ class CRVLIB_EXPORT Functions {
   static int32_t RevInStr(int32_t Start, const String& Value, const String& FindStr);
   // Pads Value on the left with the first character of PadCharacter to Length.
   static String Pad(const String& Value, const String& PadCharacter, int32_t Length);
-  //   QuoteStr(u"it's") == u"'it''s'"
+  //   Functions::QuoteStr(u"it's") == u"'it''s'"
   static String QuoteStr(const String& Value);
   static String DblQuoteStr(const String& Value);
   static String CenterJustify(const String& Value, int32_t Length,
@@ -149,17 +153,17 @@ class CRVLIB_EXPORT Functions {
 
   // --- Paths -------------------------------------------------------------------
 
-  //   ParseGetDrive(u"C:\\dir\\file.txt")        == u"C"
-  //   ParseGetDrive(u"\\\\srv\\share\\f.txt")    == u"\\\\srv\\share"
+  //   Functions::ParseGetDrive(u"C:\\dir\\file.txt")        == u"C"
+  //   Functions::ParseGetDrive(u"\\\\srv\\share\\f.txt")    == u"\\\\srv\\share"
   static String ParseGetDrive(const String& FileName);
-  //   ParseGetPath(u"C:\\dir\\sub\\file.txt")    == u"\\dir\\sub\\"
+  //   Functions::ParseGetPath(u"C:\\dir\\sub\\file.txt")    == u"\\dir\\sub\\"
   static String ParseGetPath(const String& FileName);
-  //   ParseGetFullPath(u"C:\\dir\\sub\\file.txt") == u"C:\\dir\\sub\\"
+  //   Functions::ParseGetFullPath(u"C:\\dir\\sub\\file.txt") == u"C:\\dir\\sub\\"
   static String ParseGetFullPath(const String& FileName);
-  //   ParseGetFileName(u"archive.tar.gz") == u"tar"
+  //   Functions::ParseGetFileName(u"archive.tar.gz") == u"tar"
   static String ParseGetFileName(const String& FileName);
   static String ParseGetFullFileName(const String& FileName);
-  //   ParseGetExtension(u"README") == u"README"
+  //   Functions::ParseGetExtension(u"README") == u"README"
   static String ParseGetExtension(const String& FileName);
   // All four segments at once; the outputs are left unchanged for an empty
   // FileName.
@@ -171,7 +175,7 @@ class CRVLIB_EXPORT Functions {
 
   // --- Hex and C strings -----------------------------------------------------
 
-  //   ConvertStrToHex(u"AB\n") == u"^H41^H42^HA"
+  //   Functions::ConvertStrToHex(u"AB\n") == u"^H41^H42^HA"
   static String ConvertStrToHex(const String& Value);
   // The reverse; a HexString not starting with "^H" raises
   // kObjectErrorBase + 1009 with this routine's source.
@@ -183,8 +187,8 @@ class CRVLIB_EXPORT Functions {
 
   // Overwrites each occurrence of Token, in turn, with the text of the next
   // parameter, without changing the length of Value.
-  //   ReplaceParams(u"Hello %1!", u"%1", u"X")   == u"Hello X1!"
-  //   ReplaceParams(u"a%1b", u"%1", u"ABCD")     == u"aABC"
+  //   Functions::ReplaceParams(u"Hello %1!", u"%1", u"X")   == u"Hello X1!"
+  //   Functions::ReplaceParams(u"a%1b", u"%1", u"ABCD")     == u"aABC"
   static String ReplaceParams(const String& Value, const String& Token,
                               const VariantArray& Parameters);
   template <class... Params>

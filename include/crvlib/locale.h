@@ -21,7 +21,8 @@ CRVLIB_EXPORT void SetThreadLocale(std::string_view name);
 // True when SetThreadLocale(name) loads the settings of `name` itself or of
 // its language rather than falling back to en-US. "C", "POSIX" and "" mean
 // en-US and are known.
-//   IsKnownLocale("de-DE") && IsKnownLocale("de-XX") && !IsKnownLocale("xx-YY")
+//   IsKnownLocale("de-DE") && IsKnownLocale("de-XX")
+//   !IsKnownLocale("xx-YY")
 CRVLIB_EXPORT bool IsKnownLocale(std::string_view name);
 
 // The BCP 47 tag of the calling thread's locale.

@@ -7,8 +7,10 @@
 // of UTF-16LE text.
 //
 //   SharedString a, b;
-//   a.Create(u"orders");  b.Create(u"orders");
-//   a.SetItem(u"x");      b.Item() == u"x"
+//   a.Create(u"orders");
+//   b.Create(u"orders");
+//   a.SetItem(u"x");
+//   b.Item() == u"x"
 #ifndef CRVLIB_SHARED_STRING_H_
 #define CRVLIB_SHARED_STRING_H_
 

@@ -4,9 +4,13 @@
 // string of odd byte length; its character length is then the byte length
 // integer-divided by 2 and the last byte stands alone.
 //
-//   String s = u"abc";                 s.Len() == 3, s.LenB() == 6
-//   String t = String::FromUtf8("ÿ");  t.view() == u"\u00ff"
-//   String b = String::FromBytes("\x41\x00\x42", 3);  b.Len() == 1, b.LenB() == 3
+//   String s = u"abc";
+//   s.Len() == 3
+//   s.LenB() == 6
+//   String::FromUtf8("ÿ") == u"\u00ff"
+//   String b = String::FromBytes("\x41\x00\x42", 3);
+//   b.Len() == 1
+//   b.LenB() == 3
 //
 // Strings compare equal when their bytes are equal. The byte view assumes a
 // little-endian host, as the automation layout does.
@@ -71,7 +75,9 @@ class CRVLIB_EXPORT String {
   //   String::InvalidUtf8At("ab\xC3")      == 2
   static size_t InvalidUtf8At(std::string_view utf8);
   // Appends `units` as UTF-8, as ToUtf8 converts them.
-  //   AppendUtf8(out, u"\u00FF\xD800") appends "\xC3\xBF\xEF\xBF\xBD"
+  //   std::string out = "a";
+  //   String::AppendUtf8(out, u"\u00FF\xD800");
+  //   out == "a\xC3\xBF\xEF\xBF\xBD"
   static void AppendUtf8(std::string& out, std::u16string_view units);
   // Appends `utf8` as UTF-16 code units, as FromUtf8 converts it.
   static void AppendUtf16(std::u16string& out, std::string_view utf8);

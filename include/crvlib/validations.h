@@ -3,10 +3,12 @@
 // moment (False, except True for BooleanCheck and CurrencyCheck). The only
 // error is 429 when the regular-expression engine cannot be created.
 //
-//   BooleanCheck(u"Inactive") == true      IsNum(u"1.2.3") == true
-//   PercentCheck(u"12.5%") == true         RangeNum(u"5", u"1", u"10") == false (always)
-//   IsValid(u"ABC", u"^[a-z]+$", vxIgnoreCase) == true
-//   Matches(u"123-AB", u"3N'-'2A") == true
+//   Validations::BooleanCheck(u"Inactive") == true
+//   Validations::IsNum(u"1.2.3") == true
+//   Validations::PercentCheck(u"12.5%") == true
+//   Validations::RangeNum(u"5", u"1", u"10") == false   // always
+//   Validations::IsValid(u"ABC", u"^[a-z]+$", vxIgnoreCase) == true
+//   Validations::Matches(u"123-AB", u"3N'-'2A") == true
 #ifndef CRVLIB_VALIDATIONS_H_
 #define CRVLIB_VALIDATIONS_H_
 

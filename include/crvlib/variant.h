@@ -1,10 +1,12 @@
 // The automation value types: Currency, Date, Variant and arrays with a lower
 // bound.
 //
-//   Currency c = Currency::FromScaled(123456);   // 12.3456
-//   Date d{38352.0};                             // 31 Dec 2004, midnight
-//   Variant v = String(u"x");                    v.Type() == VarType::kString
-//   StringArray a{1, {u"a", u"b"}};              a.UBound() == 2
+//   Currency::FromScaled(123456).ToDouble() == 12.3456
+//   Date{38352.0}.ToCivil()->day == 31   // 31 Dec 2004, midnight
+//   Variant v = String(u"x");
+//   v.Type() == VarType::kString
+//   StringArray a{1, {u"a", u"b"}};
+//   a.UBound() == 2
 #ifndef CRVLIB_VARIANT_H_
 #define CRVLIB_VARIANT_H_
 
@@ -49,7 +51,8 @@ struct Date {
   // The day and time, the time rounded to the nearest second (a time that
   // rounds to midnight moves to the next day); nullopt outside the years 100
   // to 9999 or for a serial that is not a number.
-  //   Date{-1.25}.ToCivil() holds 1899-12-29 06:00:00
+  //   Date{-1.25}.ToCivil()->day == 29   // 29 Dec 1899, 06:00
+  //   Date{-1.25}.ToCivil()->hour == 6
   CRVLIB_EXPORT std::optional<CivilDateTime> ToCivil() const;
 
   friend constexpr auto operator<=>(Date, Date) = default;

@@ -63,15 +63,20 @@ TEST_F(TextFiles, FailuresCarryTheRuntimeFileErrors) {
   struct Case {
     const char* name;
     int32_t open, save;
+    const char16_t* open_description;
   };
   constexpr Case kCases[] = {
-      {"none.txt", 53, 0}, {"no/none.txt", 76, 76}, {"plain/x", 76, 76},
-      {"folder", 75, 75},  {"plain", 14, 0},        {"fifo", 0, 68},  // no reader: no wait
+      {"none.txt", 53, 0, u"File not found"},   {"no/none.txt", 76, 76, u"Path not found"},
+      {"plain/x", 76, 76, u"Path not found"},   {"folder", 75, 75, u"Path/File access error"},
+      {"plain", 14, 0, u"Out of string space"}, {"fifo", 0, 68, u""},  // no reader: no wait
   };
   for (const Case& c : kCases) {
     SCOPED_TRACE(c.name);
-    EXPECT_EQ(OpenError(c.name), c.open);
-    EXPECT_EQ(SaveError(c.name), c.save);
+    String description;
+    const Raised opened = RaisedBy([&] { Functions::OpenTextFile(Path(c.name)); }, &description);
+    EXPECT_EQ(Number(opened, u"OpenTextFile"), c.open);
+    EXPECT_EQ(description, c.open_description);
+    EXPECT_EQ(SaveError(c.name), c.save);  // (a save that succeeds makes the file)
   }
   EXPECT_EQ(RaisedBy([] { Functions::OpenTextFile(u""); }),
             Raised(52, u"CRVLIB.Functions::OpenTextFile"));

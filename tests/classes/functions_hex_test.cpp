@@ -4,7 +4,6 @@
 #include <random>
 #include <string>
 
-#include "core/message_catalogue.h"
 #include "crvlib/functions.h"
 #include "runtime/code_page.h"
 #include "tests/testing/raised.h"
@@ -41,8 +40,9 @@ TEST(ConvertHexToStr, ReadsEachCodeAsAHexLiteral) {
 
 TEST(ConvertHexToStr, RaisesForAMissingMarkAndCodesOutsideTheCodePage) {
   const Raised invalid_hex(-2147220495, u"CRVLIB.Functions::ConvertHexToStr");
-  const Variant cr[] = {Variant(u"\r")};
-  const String description = internal::MakeBuiltinCatalogue()->GetMessage(1009, cr);
+  const String description =
+      u"Invalid hex string.\rEach character must be written as ^H followed by its code in "
+      u"hexadecimal.";
   for (std::u16string_view hex : {u"", u"41", u"^h41", u" ^H41"}) {
     String got;
     EXPECT_EQ(RaisedBy([&] { Functions::ConvertHexToStr(String(hex)); }, &got), invalid_hex)

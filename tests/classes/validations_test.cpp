@@ -52,8 +52,9 @@ TEST_F(ValueChecks, Checks) {
        {u"", u"%", u"12 %", u"%%", u"abc", u"1/2", u"12\u066a"}},
       {"IsNum",
        &Validations::IsNum,
-       {u".", u"1.2.3", u"007"},
-       {u"", u"-1", u"1 2", u"1e3", u"1,000", u"\uff11"}},
+       {u".", u"1.2.3", u"007", u"0123456789"},
+       {u"", u"-1", u"1 2", u"1e3", u"1,000", u"\uff11", u"/",
+        u":"}},  // '/' and ':' flank the digits
       // "." becomes "/" first, so "31.12.2005" is no time 31:12; en-US then
       // reads it day first because there is no month 31.
       {"DateCheck",

@@ -37,6 +37,28 @@ TEST(String, FromUtf8ReplacesEachIllFormedSequenceOnce) {
   }
 }
 
+TEST(String, CodePointsAtTheEdgesOfEachLengthConvertBothWays) {
+  struct Case {
+    std::u16string units;
+    const char* utf8;
+  };
+  const Case kCases[] = {
+      {u"\u007F", "\x7F"},
+      {u"\u0080", "\xC2\x80"},
+      {u"\u07FF", "\xDF\xBF"},
+      {u"\u0800", "\xE0\xA0\x80"},
+      {u"\uFFFF", "\xEF\xBF\xBF"},
+      {u"\U00010000", "\xF0\x90\x80\x80"},  // D800 DC00
+      {u"\U0010FFFF", "\xF4\x8F\xBF\xBF"},  // DBFF DFFF, the last code point
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(c.utf8);
+    EXPECT_EQ(String(c.units).ToUtf8(), c.utf8);
+    EXPECT_EQ(String::FromUtf8(c.utf8).ToU16(), c.units);
+    EXPECT_EQ(String::InvalidUtf8At(c.utf8), std::string_view::npos);
+  }
+}
+
 TEST(String, ToUtf8TurnsLoneSurrogatesIntoReplacements) {
   EXPECT_EQ(String(u"\U0001F600\u00FF").ToUtf8(), "\xF0\x9F\x98\x80\xC3\xBF");
   EXPECT_EQ(String(u"\xD800x\xDC00").ToUtf8(), "\xEF\xBF\xBDx\xEF\xBF\xBD");

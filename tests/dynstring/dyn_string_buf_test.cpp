@@ -138,6 +138,8 @@ TEST(DynStringBuf, EditsClampAndOddValuesSetBinary) {
       {"replace at odd start", [](auto& b) { b.ReplaceBytes(u"x", 3, 0); }, u"", true},
       {"append odd", [](auto& b) { b.AppendBytes(Bytes("x")); }, u"", true},
       {"read at odd start", [](auto& b) { b.ReadBytes(1, 2); }, u"abc", true},
+      {"read odd count", [](auto& b) { b.ReadBytes(0, 3); }, u"abc", true},
+      {"read, count clamped to even", [](auto& b) { b.ReadBytes(2, 99); }, u"abc", false},
       {"read past end", [](auto& b) { b.ReadBytes(7, 1); }, u"abc", false},
       {"find odd value", [](auto& b) { b.FindBytes(Bytes("b"), 0, 6, 1); }, u"abc", true},
       {"find out of range", [](auto& b) { b.FindBytes(u"b", 5, 4, 1); }, u"abc", false},

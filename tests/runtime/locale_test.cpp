@@ -47,5 +47,22 @@ TEST_F(LocaleTest, SettingsOfOtherLocalesComeFromIcu) {
   EXPECT_EQ(State().locale.short_date_patterns.front(), u"yyyy/MM/dd");
 }
 
+// Pictures space their fields with plain spaces, as Windows' pictures do,
+// where ICU's patterns hold no-break ones (CLDR puts a narrow one before the
+// AM/PM field of English times).
+TEST_F(LocaleTest, PicturesSpaceWithPlainSpaces) {
+  for (const char* name : {"en-AU", "en-CA", "en-IN", "fr-FR", "fr-CA", "ru-RU"}) {
+    SCOPED_TRACE(name);
+    const platform::LocaleData d = platform::LoadLocaleData(name);
+    std::vector<String> pictures = d.short_date_formats;
+    pictures.push_back(d.settings.time_pattern);
+    pictures.push_back(d.settings.long_date_pattern);
+    for (const String& p : pictures) {
+      EXPECT_EQ(p.view().find_first_of(u"\u00A0\u202F"), std::u16string_view::npos) << p;
+    }
+  }
+  EXPECT_EQ(platform::LoadLocaleData("en-AU").settings.time_pattern, u"h:mm:ss tt");
+}
+
 }  // namespace
 }  // namespace crvlib::internal

@@ -51,6 +51,9 @@ TEST_F(NumberTest, StringToDouble) {
       {"win", u"0x0", k13, 0},
 
       {"hand", u" ($1,234.50) ", kOk, -1234.5},
+      {"hand", u"(5", k13, 0},  // parentheses come in pairs
+      {"hand", u"5)", k13, 0},
+      {"hand", u"((5))", k13, 0},
       {"hand", u"5-", kOk, -5},
       {"hand", u"-5-", k13, 0},
       {"hand", u"1,2,3", kOk, 123},
@@ -186,6 +189,37 @@ TEST_F(NumberTest, RoundingIsHalfToEven) {
     EXPECT_EQ(DoubleToCurrency(r.in).scaled, r.as_currency);
   }
   EXPECT_EQ(DoubleToInteger(-32768.5), -32768);
+}
+
+// Long and Integer hold their limits exactly: the last value in, rounded to
+// even, and the first value out.
+TEST_F(NumberTest, LongAndIntegerLimitsHoldAtTheirEdges) {
+  struct Row {
+    double in;
+    ParseStatus as_long;
+    int32_t want;  // when it fits
+    ParseStatus as_integer;
+  };
+  const Row rows[] = {
+      {2147483647.0, kOk, INT32_MAX, k6}, {2147483647.49, kOk, INT32_MAX, k6},
+      {2147483647.5, k6, 0, k6},          {-2147483648.5, kOk, INT32_MIN, k6},
+      {-2147483649.0, k6, 0, k6},         {32767.0, kOk, 32767, kOk},
+      {32767.5, kOk, 32768, k6},          {-32768.5, kOk, -32768, kOk},
+      {-32769.0, kOk, -32769, k6},
+  };
+  for (const Row& r : rows) {
+    SCOPED_TRACE(testing::Message() << std::fixed << r.in);
+    int32_t as_long = 0;
+    int16_t as_integer = 0;
+    EXPECT_EQ(TryDoubleToLong(r.in, &as_long), r.as_long);
+    if (r.as_long == kOk) {
+      EXPECT_EQ(as_long, r.want);
+    }
+    EXPECT_EQ(TryDoubleToInteger(r.in, &as_integer), r.as_integer);
+    if (r.as_integer == kOk) {
+      EXPECT_EQ(as_integer, r.want);
+    }
+  }
 }
 
 TEST_F(NumberTest, Val) {

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <string>
+
 #include "tests/testing/raised.h"
 #include "tests/typelib/test_surface.h"
 
@@ -110,6 +113,29 @@ TEST(Surface, ArgumentsAreArrangedByCountDefaultsAndParamArray) {
       FAIL();
     } catch (const UsageError& e) {
       EXPECT_STREQ(e.what(), b.message);
+    }
+  }
+}
+
+TEST(Surface, EveryNameIsFoundInEitherCase) {
+  auto recased = [](std::string s, bool upper) {
+    for (char& c : s) c = static_cast<char>(upper ? std::toupper(c) : std::tolower(c));
+    return s;
+  };
+  for (bool upper : {false, true}) {
+    for (const ClassInfo& c : ShippedSurface().classes) {
+      EXPECT_EQ(ShippedSurface().FindClass(recased(c.name, upper)), &c) << c.name;
+      for (const MemberInfo& m : c.members) {
+        const MemberInfo* found = c.Find(recased(m.name, upper), m.kind);
+        ASSERT_NE(found, nullptr) << c.name << "." << m.name;
+        EXPECT_EQ(found->name, m.name);
+      }
+    }
+    for (const EnumInfo& e : Enumerations()) {
+      EXPECT_EQ(FindEnum(recased(e.name, upper)), &e) << e.name;
+      for (const EnumMember& m : e.members) {
+        EXPECT_EQ(e.Find(recased(m.name, upper)), &m) << m.name;
+      }
     }
   }
 }
