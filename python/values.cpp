@@ -273,25 +273,20 @@ std::string TypeName(PyObject* o) {
   return Py_TYPE(o)->tp_name;
 }
 
-String StringFromPython(PyObject* o) {
-  if (PyBytes_Check(o)) {
-    return String::FromBytes(PyBytes_AS_STRING(o), static_cast<size_t>(PyBytes_GET_SIZE(o)));
-  }
-  if (!PyUnicode_Check(o)) WrongType("str", o);
-  Check(PyUnicode_READY(o) == 0);
-  const auto n = static_cast<size_t>(PyUnicode_GET_LENGTH(o));
-  std::u16string units;
-  switch (PyUnicode_KIND(o)) {
+void CopyUnits(PyObject* str, std::u16string& units) {
+  const auto n = static_cast<size_t>(PyUnicode_GET_LENGTH(str));
+  switch (PyUnicode_KIND(str)) {
     case PyUnicode_1BYTE_KIND:
       units.resize(n);
-      Widen(PyUnicode_1BYTE_DATA(o), n, units.data());
+      Widen(PyUnicode_1BYTE_DATA(str), n, units.data());
       break;
     case PyUnicode_2BYTE_KIND:
       units.resize(n);
-      std::memcpy(units.data(), PyUnicode_2BYTE_DATA(o), n * sizeof(char16_t));
+      std::memcpy(units.data(), PyUnicode_2BYTE_DATA(str), n * sizeof(char16_t));
       break;
     default: {
-      const Py_UCS4* p = PyUnicode_4BYTE_DATA(o);
+      const Py_UCS4* p = PyUnicode_4BYTE_DATA(str);
+      units.clear();
       units.reserve(n + n / 2);
       for (size_t i = 0; i < n; ++i) {
         Py_UCS4 c = p[i];
@@ -305,6 +300,16 @@ String StringFromPython(PyObject* o) {
       }
     }
   }
+}
+
+String StringFromPython(PyObject* o) {
+  if (PyBytes_Check(o)) {
+    return String::FromBytes(PyBytes_AS_STRING(o), static_cast<size_t>(PyBytes_GET_SIZE(o)));
+  }
+  if (!PyUnicode_Check(o)) WrongType("str", o);
+  Check(PyUnicode_READY(o) == 0);
+  std::u16string units;
+  CopyUnits(o, units);
   return String(std::move(units));
 }
 
@@ -383,40 +388,38 @@ Value ValueFromPython(PyObject* o, const TypeInfo& type) {
 
 py::object ValueToPython(const Value& value) {
   const Runtime& rt = GetRuntime();
+  if (const auto* v = std::get_if<Variant>(&value)) {
+    switch (v->Type()) {
+      case VarType::kEmpty:
+        return rt.empty;
+      case VarType::kNull:
+        return py::none();
+      case VarType::kBoolean:
+        return py::bool_(v->AsBoolean());
+      case VarType::kInteger:
+        return py::int_(v->AsInteger());
+      case VarType::kLong:
+        return py::int_(v->AsLong());
+      case VarType::kDouble:
+        return py::float_(v->AsDouble());
+      case VarType::kCurrency:
+        return rt.decimal(v->AsCurrency().scaled).attr("scaleb")(-4);
+      case VarType::kDate:
+        return DateToPython(v->AsDate());
+      case VarType::kString:
+        return StringToPython(v->AsString());
+    }
+  }
   if (const auto* object = std::get_if<Object>(&value)) return WrapObject(*object);
   if (const auto* strings = std::get_if<StringArray>(&value)) {
     py::list items(strings->items.size());
     for (size_t i = 0; i < strings->items.size(); ++i) items[i] = StringToPython(strings->items[i]);
     return rt.str_array(items, strings->lbound);
   }
-  if (const auto* variants = std::get_if<VariantArray>(&value)) {
-    py::list items(variants->items.size());
-    for (size_t i = 0; i < variants->items.size(); ++i)
-      items[i] = ValueToPython(variants->items[i]);
-    return items;
-  }
-  const Variant& v = std::get<Variant>(value);
-  switch (v.Type()) {
-    case VarType::kEmpty:
-      return rt.empty;
-    case VarType::kNull:
-      return py::none();
-    case VarType::kBoolean:
-      return py::bool_(v.AsBoolean());
-    case VarType::kInteger:
-      return py::int_(v.AsInteger());
-    case VarType::kLong:
-      return py::int_(v.AsLong());
-    case VarType::kDouble:
-      return py::float_(v.AsDouble());
-    case VarType::kCurrency:
-      return rt.decimal(v.AsCurrency().scaled).attr("scaleb")(-4);
-    case VarType::kDate:
-      return DateToPython(v.AsDate());
-    case VarType::kString:
-      return StringToPython(v.AsString());
-  }
-  return py::none();
+  const auto& variants = std::get<VariantArray>(value);
+  py::list items(variants.items.size());
+  for (size_t i = 0; i < variants.items.size(); ++i) items[i] = ValueToPython(variants.items[i]);
+  return items;
 }
 
 py::object ErrorToPython(const Error& e) {

@@ -86,6 +86,10 @@ const Object* ObjectOf(PyObject* o);
 // string is built from str or bytes only (ArgumentError otherwise).
 py::object StringToPython(const String& s);
 String StringFromPython(PyObject* o);
+// The code units of `str`, a ready str object, into `units` (whose storage
+// is reused). It reads only what never changes in a str, so it may run
+// without the GIL while the caller holds a reference to `str`.
+void CopyUnits(PyObject* str, std::u16string& units);
 
 // One argument of parameter type `type`, and one result.
 Value ValueFromPython(PyObject* o, const TypeInfo& type);
