@@ -48,7 +48,8 @@ py::object ColumnItems(py::handle column) {
 }
 
 // The code units of the String argument `v`, made a String first if it
-// holds anything else (an item converted the slow way, a written value).
+// holds anything else (an item converted the slow way, a value taken after
+// the routine wrote it).
 std::u16string& ArgumentUnits(Value& v) {
   const auto* variant = std::get_if<Variant>(&v);
   if (!variant || variant->Type() != VarType::kString || variant->AsString().odd()) {
@@ -168,7 +169,7 @@ py::list Map(py::handle member, py::handle column, const py::args& args, const p
         }
         try {
           results[k] = m.invoke(nullptr, values);
-          if (!written.empty()) written_values[k] = values;
+          if (!written.empty()) written_values[k] = TakeWritten(m, values);
           block.ok[k] = true;
         } catch (const Error& e) {
           if (coerce) continue;

@@ -160,7 +160,7 @@ py::object Call(const MemberRef& ref, const Object* self, const py::args& args,
                 const py::kwargs& kwargs) {
   std::vector<Value> values = ConvertArguments(ref, MatchArguments(ref, {}, args, kwargs));
   Value result = Invoke(ref, self, values);
-  return ResultToPython(*ref.member, result, values);
+  return ResultToPython(*ref.member, result, TakeWritten(*ref.member, values));
 }
 
 // The object `self` refers to, for a member of `ref`'s class.
@@ -400,15 +400,21 @@ bool RunsWithoutGil(const Object* self, std::span<const Value> values) {
 }
 
 py::object ResultToPython(const MemberInfo& member, const Value& result,
-                          std::span<const Value> values) {
+                          std::span<const Value> written) {
   py::object r = member.result.kind == TypeKind::kVoid ? py::none() : ValueToPython(result);
   if (!WritesParameters(member)) return r;
-  py::list out;
-  out.append(r);
+  py::tuple out(1 + written.size());
+  out[0] = r;
+  for (size_t i = 0; i < written.size(); ++i) out[i + 1] = ValueToPython(written[i]);
+  return out;
+}
+
+std::vector<Value> TakeWritten(const MemberInfo& member, std::vector<Value>& values) {
+  std::vector<Value> written;
   for (size_t i = 0; i < member.params.size(); ++i) {
-    if (member.params[i].written) out.append(ValueToPython(values[i]));
+    if (member.params[i].written) written.push_back(std::move(values[i]));
   }
-  return py::tuple(out);
+  return written;
 }
 
 }  // namespace crvlib::python

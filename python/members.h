@@ -74,9 +74,14 @@ std::string ArgumentMessage(const MemberRef& ref, const ParamInfo& param, const 
 bool RunsWithoutGil(const Object* self, std::span<const Value> values);
 
 // What a call returns to Python: the result alone, or (result, written...)
-// for a member that writes parameters.
+// for a member that writes parameters, `written` holding the final values of
+// the written parameters in parameter order.
 py::object ResultToPython(const MemberInfo& member, const Value& result,
-                          std::span<const Value> values);
+                          std::span<const Value> written);
+
+// The final values of the parameters `member` writes, taken from a call's
+// `values`.
+std::vector<Value> TakeWritten(const MemberInfo& member, std::vector<Value>& values);
 
 }  // namespace crvlib::python
 

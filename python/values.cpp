@@ -412,9 +412,14 @@ py::object ValueToPython(const Value& value) {
   }
   if (const auto* object = std::get_if<Object>(&value)) return WrapObject(*object);
   if (const auto* strings = std::get_if<StringArray>(&value)) {
-    py::list items(strings->items.size());
-    for (size_t i = 0; i < strings->items.size(); ++i) items[i] = StringToPython(strings->items[i]);
-    return rt.str_array(items, strings->lbound);
+    // Made without calling StrArray(), which would cost more than the items.
+    auto* type = reinterpret_cast<PyTypeObject*>(rt.str_array.ptr());
+    py::object array = py::reinterpret_steal<py::object>(type->tp_alloc(type, 0));
+    Check(bool(array));
+    for (const String& s : strings->items)
+      Check(PyList_Append(array.ptr(), StringToPython(s).ptr()) == 0);
+    array.attr("lbound") = strings->lbound;
+    return array;
   }
   const auto& variants = std::get<VariantArray>(value);
   py::list items(variants.items.size());
@@ -473,6 +478,7 @@ void AddValueTypes(py::module_& m) {
   // crvlib.StrArray: an array of strings keeps its lower bound beside its items.
   py::dict ns;
   ns["__module__"] = "crvlib";
+  ns["__slots__"] = py::make_tuple("lbound");
   ns["__doc__"] =
       "StrArray(items=(), lbound=0): a list of str with the lower bound of the\n"
       "array it came from (or goes to). Item i of the list is element lbound + i\n"
