@@ -141,8 +141,8 @@ def same(a, b):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
-    parser.add_argument("--records", type=int, default=1500000,
-                        help="records in the export (default 1500000, about 300 MB)")
+    parser.add_argument("--records", type=int, default=3500000,
+                        help="records in the export (default 3500000, about 300 MB)")
     parser.add_argument("--workdir", default="/tmp/crvlib-export-example",
                         help="where the export is written (and kept for the next run)")
     parser.add_argument("--scheduler", help="a dask.distributed scheduler to use instead of a "
