@@ -253,8 +253,10 @@ void AddCreatableClass(py::module_& m, const ClassInfo& c) {
                     GetRuntime().instance.attr("__init__")(self);
                     self.cast<Instance&>().object = c.factory();
                   },
-                  py::is_method(cls), py::name("__init__"),
-                  py::doc(("__init__($self)\n--\n\nMakes a new " + c.name + ".").c_str())));
+                  // Not named __init__: pybind11 would take it for a constructor of
+                  // its own kind. The base's __init__ is the constructor.
+                  py::is_method(cls), py::name(c.name.c_str()),
+                  py::doc((c.name + "($self)\n--\n\nMakes a new " + c.name + ".").c_str())));
   auto bind_property = [](const MemberRef& ref) {
     return py::cpp_function([&ref](py::handle self, py::args args) {
       return Call(ref, &SelfOf(ref, self), args, py::kwargs());
