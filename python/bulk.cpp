@@ -21,7 +21,7 @@ namespace crvlib::python {
 
 namespace {
 
-constexpr size_t kBlock = 512;
+constexpr size_t kBlock = 2048;
 
 [[noreturn]] void Raise(PyObject* type, const std::string& message) {
   PyErr_SetString(type, message.c_str());
@@ -157,6 +157,10 @@ py::list Map(py::handle member, py::handle column, const py::args& args, const p
     auto run = [&] {
       for (size_t k = 0; k < count; ++k) {
         block.ok[k] = false;
+#if defined(__GNUC__)
+        if (k + 2 < count && block.texts[k + 2])
+          __builtin_prefetch(PyUnicode_DATA(block.texts[k + 2]));
+#endif
         if (block.texts[k]) {
           CopyUnits(block.texts[k], ArgumentUnits(values[0]));
         } else if (block.values[k]) {
