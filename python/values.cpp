@@ -181,7 +181,8 @@ Date DateFromPython(PyObject* o) {
 
 py::object DateToPython(Date d) {
   std::optional<CivilDateTime> c = d.ToCivil();
-  // Python's datetime cannot hold what ToCivil cannot give: the serial.
+  // A serial outside the years 100 to 9999 (or not a number) has no
+  // datetime: it comes back as the number itself.
   if (!c) return py::float_(d.serial);
   PyObject* dt =
       PyDateTime_FromDateAndTime(c->year, c->month, c->day, c->hour, c->minute, c->second, 0);
