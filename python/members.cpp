@@ -292,7 +292,10 @@ void AddCreatableClass(py::module_& m, const ClassInfo& c) {
                         // A str has whole characters only.
                         return StringToPython(String(std::get<Variant>(v).AsString().view()));
                       },
-                      py::is_method(cls), py::name("__str__")));
+                      py::is_method(cls), py::name("__str__"),
+                      py::doc(("__str__($self)\n--\n\nThe " + member.name +
+                               " property (its whole characters).")
+                                  .c_str())));
     }
     if (member.name == "Length" && member.result.kind == TypeKind::kLong) {
       const MemberRef& ref = Remember(c, member);
@@ -301,7 +304,8 @@ void AddCreatableClass(py::module_& m, const ClassInfo& c) {
                       [&ref](py::handle self) {
                         return Call(ref, &SelfOf(ref, self), py::args(), py::kwargs());
                       },
-                      py::is_method(cls), py::name("__len__")));
+                      py::is_method(cls), py::name("__len__"),
+                      py::doc("__len__($self)\n--\n\nThe Length property.")));
     }
   }
   rt.classes[c.name] = cls;
