@@ -3,6 +3,7 @@
 #
 #   scripts/dev.sh example    install what is missing, build, run crv on the bundled example
 #   scripts/dev.sh test       install what is missing, build, run every test
+#   scripts/dev.sh python     install what is missing, build the Python module, run its tests
 #   scripts/dev.sh sanitize   the test suite again under AddressSanitizer + UBSan
 #   scripts/dev.sh bench      build and run the benchmarks (Release)
 #   scripts/dev.sh fuzz NAME [SECONDS]   run one libFuzzer target (clang)
@@ -12,6 +13,11 @@ cd "$(dirname "$0")/.."
 PACKAGES=(g++ cmake ninja-build pkg-config libicu-dev libpcre2-dev libgtest-dev
           libbenchmark-dev)
 JOBS=$(nproc 2>/dev/null || echo 2)
+# Debian's Python packages are for the system interpreter, whatever python3
+# comes first on PATH.
+PYTHON=/usr/bin/python3
+PYTHON_PACKAGES=(python3-dev python3-pybind11 python3-pytest python3-pandas python3-dask
+                 python3-distributed)
 
 install_missing() {
   local missing=()
@@ -46,8 +52,8 @@ case "${1:-}" in
     build/crv batch < examples/orders.jsonl
     ;;
   test)
-    install_missing
-    build build
+    install_missing "${PYTHON_PACKAGES[@]}"
+    build build -DPython_EXECUTABLE="$PYTHON" -DCRVLIB_BUILD_PYTHON=ON
     ctest --test-dir build --output-on-failure -j "$JOBS"
     # The scan and element tests once more on each scan kernel by name, so the
     # plain loops are tested on their own and not only as the vector tails.
@@ -55,6 +61,11 @@ case "${1:-}" in
       CRVLIB_KERNEL=$kernel ctest --test-dir build --output-on-failure -j "$JOBS" \
         -R '^(Element|FunctionsElements|DynamicString|Field)'
     done
+    ;;
+  python)
+    install_missing "${PYTHON_PACKAGES[@]}"
+    build build -DPython_EXECUTABLE="$PYTHON" -DCRVLIB_BUILD_PYTHON=ON
+    PYTHONPATH=build/python "$PYTHON" -m pytest -q -p no:cacheprovider tests/python
     ;;
   sanitize)
     install_missing
@@ -76,7 +87,7 @@ case "${1:-}" in
     "build-fuzz/fuzz/$name" -max_total_time="${3:-60}" "fuzz/corpus/$name"
     ;;
   *)
-    sed -n '2,9p' "$0"
+    sed -n '2,10p' "$0"
     exit 2
     ;;
 esac

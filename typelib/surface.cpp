@@ -20,27 +20,27 @@ ClassInfo DynamicStringClass();
 ClassInfo SharedStringClass();
 
 const Surface& ShippedSurface() {
-  static const Surface surface{
-      {
-          .name = "crvlib",
-          .guid = "EB81C65E-C7F0-44B5-A2F4-EA253F0722A2",
-          .major_version = 1,
-          .minor_version = 0,
-          .lcid = 1033,
-          .help = "Corvane Tessel 2005 Global Procedure Library",
-          .help_file = "crvlib.chm",
-          .server_file = "crvlib30",
-          .message_catalogue_clsid = "3B010ECC-A38C-463C-BAB7-C976689E2891",
-      },
-      {
-          ConstantsClass(),
-          ConversionsClass(),
-          ValidationsClass(),
-          FunctionsClass(),
-          DLLRoutinesClass(),
-          DynamicStringClass(),
-          SharedStringClass(),
-      }};
+  // Filled member by member: GCC 12 at -O3 takes the library's strings in a
+  // braced initializer of the whole Surface for possibly uninitialized.
+  static const Surface surface = [] {
+    Surface s;
+    s.library = {
+        .name = "crvlib",
+        .guid = "EB81C65E-C7F0-44B5-A2F4-EA253F0722A2",
+        .major_version = 1,
+        .minor_version = 0,
+        .lcid = 1033,
+        .help = "Corvane Tessel 2005 Global Procedure Library",
+        .help_file = "crvlib.chm",
+        .server_file = "crvlib30",
+        .message_catalogue_clsid = "3B010ECC-A38C-463C-BAB7-C976689E2891",
+    };
+    s.classes = {
+        ConstantsClass(),   ConversionsClass(),   ValidationsClass(),  FunctionsClass(),
+        DLLRoutinesClass(), DynamicStringClass(), SharedStringClass(),
+    };
+    return s;
+  }();
   return surface;
 }
 

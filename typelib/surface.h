@@ -202,6 +202,10 @@ struct ParamInfo {
   bool by_ref = false;  // the type library's [in,out]
   bool optional = false;
   Value default_value;  // when optional (a ParamArray is optional with no default)
+  // The routine writes the parameter (its C++ type is a non-const
+  // reference), so the caller gets a new value back. Only a by-reference
+  // parameter can be written; most are read only.
+  bool written = false;
 };
 
 enum class MemberKind { kMethod, kPropertyGet, kPropertyLet };
@@ -378,7 +382,7 @@ struct Convert;
 template <>
 struct Convert<String> {
   static TypeInfo Type() { return MakeType(TypeKind::kString, "String"); }
-  static String From(const Value& v) { return std::get<Variant>(v).AsString(); }
+  static const String& From(const Value& v) { return std::get<Variant>(v).AsString(); }
   static Value To(String s) { return Variant(std::move(s)); }
 };
 template <>
@@ -420,19 +424,19 @@ struct Convert<Date> {
 template <>
 struct Convert<Variant> {
   static TypeInfo Type() { return MakeType(TypeKind::kVariant, "Variant"); }
-  static Variant From(const Value& v) { return std::get<Variant>(v); }
+  static const Variant& From(const Value& v) { return std::get<Variant>(v); }
   static Value To(Variant x) { return x; }
 };
 template <>
 struct Convert<StringArray> {
   static TypeInfo Type() { return MakeType(TypeKind::kStringArray, "String()"); }
-  static StringArray From(const Value& v) { return std::get<StringArray>(v); }
+  static const StringArray& From(const Value& v) { return std::get<StringArray>(v); }
   static Value To(StringArray x) { return x; }
 };
 template <>
 struct Convert<VariantArray> {
   static TypeInfo Type() { return MakeType(TypeKind::kParamArray, "Variant()"); }
-  static VariantArray From(const Value& v) { return std::get<VariantArray>(v); }
+  static const VariantArray& From(const Value& v) { return std::get<VariantArray>(v); }
   static Value To(VariantArray x) { return x; }
 };
 template <Enumeration E>
@@ -463,6 +467,13 @@ struct Param {
   static constexpr bool kParamArray = std::is_same_v<Bare, VariantArray>;
   static_assert(!kParamArray || (std::is_lvalue_reference_v<P> && !kWritten),
                 "a ParamArray is bound as const VariantArray&");
+  // How a call holds the argument: a parameter the routine only reads
+  // refers to the argument where Convert gives a reference (strings, arrays
+  // and Variants are not copied); a written one is a copy that is written
+  // back after the call.
+  using Held = std::conditional_t<
+      !kWritten && std::is_reference_v<decltype(Convert<Bare>::From(std::declval<const Value&>()))>,
+      const Bare&, Bare>;
 };
 
 // The signature of the bound function.
@@ -508,7 +519,7 @@ Value InvokeWith(const Object* self, std::span<Value> args, std::index_sequence<
   using R = typename Sig::Result;
   // The held values keep each argument alive for the call and receive what
   // the routine writes into its reference parameters.
-  std::tuple<typename Param<std::tuple_element_t<I, Args>>::Bare...> held{
+  std::tuple<typename Param<std::tuple_element_t<I, Args>>::Held...> held{
       Convert<typename Param<std::tuple_element_t<I, Args>>::Bare>::From(args[I])...};
   auto call = [&]() -> decltype(auto) {
     if constexpr (std::is_void_v<typename Sig::Self>) {
@@ -543,7 +554,7 @@ ParamInfo MakeParam(InDecl decl) {
 template <class P>
 ParamInfo MakeParam(ByRefDecl decl) {
   static_assert(!Param<P>::kParamArray, "declare a ParamArray with ParamArray(name)");
-  return {decl.name, Convert<typename Param<P>::Bare>::Type(), true, false, {}};
+  return {decl.name, Convert<typename Param<P>::Bare>::Type(), true, false, {}, Param<P>::kWritten};
 }
 template <class P, class D, bool kByRef>
 ParamInfo MakeParam(OptionalDecl<D, kByRef> decl) {
@@ -552,7 +563,9 @@ ParamInfo MakeParam(OptionalDecl<D, kByRef> decl) {
                 "the routine writes this parameter: declare it OptionalByRef");
   static_assert(!Param<P>::kParamArray, "declare a ParamArray with ParamArray(name)");
   static_assert(std::is_constructible_v<Bare, D>, "the default does not fit the parameter");
-  return {decl.name, Convert<Bare>::Type(), kByRef, true, Convert<Bare>::To(Bare(decl.value))};
+  return {
+      decl.name,         Convert<Bare>::Type(), kByRef, true, Convert<Bare>::To(Bare(decl.value)),
+      Param<P>::kWritten};
 }
 template <class P>
 ParamInfo MakeParam(ParamArrayDecl decl) {
